@@ -1,0 +1,141 @@
+#pragma once
+
+#include <statistics/counter.h>
+#include <statistics/diff_table.h>
+#include <statistics/export.h>
+#include <statistics/preset.h>
+#include <statistics/table.h>
+#include <statistics/value.h>
+
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace statistics {
+
+/// No node: the result of a failed search or of a creation that couldn't be done.
+constexpr unsigned INVALID_ID = 0xFFFFFFFFu;
+
+/// The one object through which a host reaches the library: the tree of items, its sampling, its panel.
+///
+/// Items are named by node ids. Node 0 is the root, whose children are the top level of the panel. An id
+/// stays valid until its item is removed and may be given out again afterwards. Every creating call finds or
+/// creates: if `parent` has a child of that name, of whatever kind, that child's id is the result and the
+/// arguments are dropped. A `parent` that isn't a live node is reported, and so is a pool that is full
+/// (65,536 items of one kind); both give `INVALID_ID`.
+///
+/// All calls come from one thread at a time; host functors run on that thread inside the call that reaches
+/// them. From a functor every operation may be called but `initialize`, `shutdown`, `update` and `draw`,
+/// which are reported and do nothing there; what a functor removes is destroyed when the outermost call
+/// returns. The library throws nothing of its own and catches nothing: what a functor throws reaches the
+/// host, with ImGui's stacks balanced. Members assume that the instance exists.
+class STATISTICS_EXPORT System {
+public:
+    struct Data;
+
+    /// Creates the one `System`. If there is one already, that is reported and it is replaced.
+    static void initialize();
+    /// Destroys the `System` and everything in it. Snapshot files stay on disk. Without one it is reported.
+    static void shutdown();
+    /// Null while the system is down; no report.
+    static System* instance();
+    ~System();
+    System(const System&) = delete;
+    System& operator=(const System&) = delete;
+
+    /// Draws the panel, a window titled "Statistics", inside the host's ImGui frame. Reads no host data for
+    /// counters and tables. Buttons, check boxes and menu entries call the host's functors at once.
+    void draw();
+    /// Samples every counter and table whose period has passed. `dt` is the time since the previous call, in
+    /// the unit of all periods; a negative one samples everything. With `enabled` false nothing happens.
+    void update(float dt, bool enabled);
+    /// Shows or hides the panel; its close box hides it. Open at first.
+    void setPanelOpen(bool open);
+    bool panelOpen() const;
+
+    /// Samples the node's item at once, outside its period. A stale id does nothing.
+    void updateNode(unsigned id);
+    /// Removes the node with all below it. A stale id does nothing; the root is reported and stays.
+    void removeItem(unsigned id);
+    /// The node of a path, names joined by "/" from the top level down; `INVALID_ID` if there is none. A name
+    /// that holds a "/" can't be reached.
+    unsigned getItemIndex(const std::string& path) const;
+
+    /// A line of text that groups what is below it.
+    unsigned createLabel(const std::string& name, unsigned parent = 0);
+    /// A sampled value. `period` is the time between samples; zero or negative samples at every update. If
+    /// the active preset has limits under the counter's key, they replace its own.
+    unsigned createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period,
+                           unsigned parent = 0);
+
+    /// A counter whose value is the sum of its direct children: counters give their value, tables the sum of
+    /// `column`, or with `NO_INDEX` their number of rows at the last refresh; other items nothing. The kind
+    /// is that of the first child with a value; kinds that can't be added are reported at sampling.
+    unsigned createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                   const std::string& format, unsigned parent = 0);
+    /// The same with limits from the active preset's entry under `limitKey`.
+    unsigned createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                   const std::string& limitKey, const std::string& format,
+                                   const std::string& limitFormat, unsigned parent = 0);
+    /// The same with limits of its own.
+    unsigned createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                   CounterValue min, CounterValue max, const std::string& format,
+                                   const std::string& limitFormat, unsigned parent = 0);
+
+    /// A table over the host's rows. Columns and actions are added through `getTable` before the first
+    /// update; a column added later shows from the next refresh on. `period` is the time between refreshes.
+    unsigned createTable(const std::string& name, std::function<std::size_t()> rowCount, float period,
+                         unsigned parent = 0);
+    /// The model of a table, valid until its item goes; null if the node holds no table. An id that isn't a
+    /// live node is reported and gives null.
+    Table* getTable(unsigned id);
+    /// Adds the entry "Copy to Clipboard" to the rows' context menu, which copies the row's cells separated
+    /// by tabs. Nothing if the node holds no table.
+    void addTableCliboardAction(unsigned id);
+
+    /// The paths of all counters that are outside their limits now, in tree order. Reads live values.
+    std::list<std::string> collectWarnings() const;
+
+    /// Adds a preset, a named set of limits; the limits are copied. Presets stand on top of the panel.
+    /// Nothing becomes active by it.
+    void createPreset(const std::string& name, const LimitMap& limits,
+                      std::unique_ptr<PresetSaveLoadParams> params = {});
+    /// Makes a preset active and gives its limits to every counter: those of the counter's key, or zeros. An
+    /// index out of range is reported and changes nothing.
+    void choosePreset(std::size_t index);
+    /// Removes all presets. Counters keep their limits.
+    void clearPresets();
+    /// The row of a preset, by index; valid until presets come or go. One out of range is reported and throws
+    /// `std::bad_variant_access`.
+    ItemPreset& getPreset(unsigned slot);
+
+    /// Turns on snapshots: files `<root>/<folder>/<folder>_<time>.csv`, one folder per run. Finds what
+    /// earlier runs left under `root` and adds the buttons, check boxes and the comparison to the panel.
+    /// `saveDiff` is the action of the button "Save diff", may be empty. False if snapshots are on already,
+    /// or if `root` is empty or `folder` isn't one plain path component (reported). Throws what reading the
+    /// folders throws; then nothing has changed.
+    bool createStatsAnalyzer(const std::string& root, const std::string& folder,
+                             std::function<void()> saveDiff);
+    /// Turns snapshots off. Files stay on disk. False if they weren't on.
+    bool removeStatsAnalyzer();
+    /// The comparison, valid while snapshots are on. Without them it is reported and the result is empty.
+    const DiffTable& getDiffTable();
+
+private:
+    friend struct TestAccess;
+
+    System();
+
+    void takeSnapshot();
+    void updateSnapshots();
+    void clearSnapshots();
+
+    std::unique_ptr<Data> m_data;
+    std::size_t activePreset = NO_INDEX;
+    std::vector<LimitMap> limitPresets;
+};
+
+} // namespace statistics

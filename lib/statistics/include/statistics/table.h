@@ -1,0 +1,88 @@
+#pragma once
+
+#include <statistics/export.h>
+#include <statistics/value.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace statistics {
+
+/// No row, column or preset; as the column of a children counter: the number of rows.
+constexpr std::size_t NO_INDEX = static_cast<std::size_t>(-1);
+
+/// One column of a table.
+struct TableColumn {
+    std::string caption; ///< text of the header button
+    std::string format;  ///< printf format of the cells; empty means the default print
+    std::function<CounterValue(std::size_t dataRow)> getter; ///< reads a cell; must be callable
+    CounterValue min;                                        ///< kept for the host, never read by the library
+    CounterValue max;                                        ///< kept for the host, never read by the library
+    float widthFraction = 0; ///< share of the table's width (850 pixels) when the column is first drawn
+};
+
+/// One entry of a row's context menu.
+struct RowAction {
+    std::string caption;
+    std::function<void(std::size_t dataRow)> action; ///< may be empty: the entry then does nothing
+};
+
+/// The live model behind one table of the panel: it knows how to ask the host for rows and cells, and keeps
+/// the order, the selection and the actions. It stores no cell; each read of a cell calls the host.
+///
+/// A data row is an index that the host's functors understand, a view row a position on the screen. Every
+/// functor receives data rows. Tables are made by `System::createTable` and owned by their item; a `Table`
+/// keeps its address until the item goes. Functors run on the thread that drives the library and may call
+/// every operation of the library but `initialize`, `shutdown`, `update` and `draw`; an empty functor where
+/// one is needed raises `std::bad_function_call`.
+class STATISTICS_EXPORT Table {
+public:
+    explicit Table(std::function<std::size_t()> rowCount) : m_rowCount(std::move(rowCount)) {}
+
+    /// Appends a column. `lower` and `upper` are stored for the host in the column's `min` and `max`.
+    void addColumn(std::string caption, std::function<CounterValue(std::size_t)> getter, float widthFraction,
+                   std::string format = {}, CounterValue lower = {}, CounterValue upper = {})
+    {
+        m_header.push_back({std::move(caption), std::move(format), std::move(getter), std::move(lower),
+                            std::move(upper), widthFraction});
+    }
+
+    /// Makes `column` the sort column and orders the rows by it. A column out of range is reported.
+    void sort(std::size_t column, bool ascending);
+    /// Orders the rows anew, from data order, without storing the arguments. Equal rows keep data order.
+    /// Values that don't order (NaN, mixed kinds, values that change meanwhile) give some order of all rows.
+    void applySort(std::size_t column, bool ascending);
+
+    /// A cell's text, with the column's format. Empty if there is no such column.
+    std::string getCell(std::size_t column, std::size_t dataRow) const;
+    /// The same by view row; first orders the rows anew if their number has changed. Empty if there is no
+    /// such row or column.
+    std::string getSortedCell(std::size_t column, std::size_t viewRow);
+    /// `getSortedCell` into `text`, which keeps its memory.
+    void printSortedCell(std::string& text, std::size_t column, std::size_t viewRow);
+    /// The cells of a data row as the table shows them, separated by tabs.
+    std::string rowText(std::size_t dataRow) const;
+    /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported.
+    CounterValue sumColumn(std::size_t column) const;
+
+    /// Appends an entry to the rows' context menu.
+    void addAction(std::string caption, std::function<void(std::size_t)> action);
+    /// Runs an entry, or the default action, on the data row shown at `viewRow`; nothing if there is none.
+    void runAction(std::size_t action, std::size_t viewRow);
+    void runDefaultAction(std::size_t viewRow);
+
+    std::vector<TableColumn> m_header;       ///< columns, in display order
+    std::vector<std::size_t> m_order;        ///< view row to data row
+    std::vector<RowAction> m_rowActions;     ///< context menu, in order
+    std::function<std::size_t()> m_rowCount; ///< the host's current number of data rows; must be callable
+    std::function<void(std::size_t)> m_defaultAction; ///< runs on a double click; may be empty
+    std::size_t m_sortColumn = 0;
+    std::size_t m_selectedRow = NO_INDEX; ///< a view row: the selection stays in place when rows move
+    std::size_t m_keyColumn = NO_INDEX;   ///< column whose cells can be selected; any other value: none
+    bool m_sortAscending = true;
+};
+
+} // namespace statistics
