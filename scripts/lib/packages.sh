@@ -1,0 +1,35 @@
+# Sourced by the scripts: brings in Debian and Ubuntu packages, when they are missing and when it may.
+
+packages_build=(g++ cmake pkg-config libimgui-dev)
+packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev)
+
+is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
+
+is_available() { [[ -n $(apt-cache search --names-only "^$1\$" 2>/dev/null) ]]; }
+
+# require_packages <package>...: returns when all are installed, ends the script when that can't be.
+require_packages() {
+    local missing=() package as_root=()
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This isn't Debian or Ubuntu; going on as if the counterparts of these were there: $*" >&2
+        return
+    fi
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+
+    if ((EUID != 0)); then
+        as_root=(sudo -n)
+        if ! sudo -n true 2>/dev/null; then
+            printf 'Packages are missing. Please run:\n    sudo apt-get install %s\n' "${missing[*]}" >&2
+            exit 1
+        fi
+    fi
+    echo "Installing ${missing[*]}" >&2
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq)
+    if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "${missing[@]}"; } >&2; then
+        printf 'apt failed. By hand:\n    sudo apt-get install %s\n' "${missing[*]}" >&2
+        exit 1
+    fi
+}

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# What the built shared library gives to a host and takes from it.
+# usage: exports.sh <nm> <library>
+set -euo pipefail
+
+names() { "$nm" -C "$@" "$library" | sed -E 's/^[0-9a-f ]+ [A-Za-z] //'; }
+fail() {
+    printf '%s:\n%s\n' "$1" "$2"
+    exit 1
+}
+
+nm=$1
+library=$2
+given=$(names -D --defined-only)
+taken=$(names -D --undefined-only)
+
+foreign=$(grep -v '^statistics::' <<<"$given" || true)
+[[ -z $foreign ]] || fail 'exported, but not of namespace statistics' "$foreign"
+
+internals=$(grep -E '^statistics::(Render|Tree|StatisticsAnalyzer|PresetGroup|SnapshotGroup)::' <<<"$given" || true)
+[[ -z $internals ]] || fail 'exported, but internal' "$internals"
+
+grep -q '^statistics::System::draw()$' <<<"$given" || fail 'System::draw is missing among' "$given"
+
+# A copy of ImGui that is only hidden would not be exported, but still a second one in the process.
+embedded=$(names --defined-only | grep '^ImGui::' || true)
+[[ -z $embedded ]] || fail 'ImGui is inside the library' "$embedded"
+grep -q '^ImGui::Begin(' <<<"$taken" || fail "the host's ImGui::Begin is missing among" "$taken"
