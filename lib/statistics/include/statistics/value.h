@@ -74,6 +74,9 @@ public:
     float weight(const CounterValue& min, const CounterValue& max);
 
 private:
+    void printDefault(std::string& text) const;
+    bool printFormatted(std::string& text, const char* format) const;
+    double toDouble() const;
     bool canCast(ECounterType own, ECounterType other) const;
     CounterValue castToOwnType(const CounterValue& other) const;
     CounterValue castToFloat(const CounterValue& other) const;
