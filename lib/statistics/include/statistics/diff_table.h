@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace statistics {
@@ -29,10 +30,14 @@ class STATISTICS_EXPORT DiffTable {
 public:
     /// The position of the snapshot's column, made if need be. Linear in columns, and in rows if it is made.
     std::size_t addColumn(const std::string& title, std::size_t snapshot);
-    /// The position of the caption's row, made if need be. Linear in rows; `RowFinder` is for many.
+    /// The position of the caption's row, made if need be. Linear in rows.
     std::size_t addRow(const std::string& caption);
     /// Stores one cell, kind included, and updates the row's flag. Both positions must exist.
     void setValue(std::size_t row, std::size_t column, const CounterValue& value);
+    /// Brings many cells of one column in, in order: `addRow` and `setValue` for each entry of caption and
+    /// value, in time proportional to rows and entries.
+    using Entries = std::vector<std::pair<std::string, CounterValue>>;
+    void addEntries(std::size_t column, const Entries& entries);
     /// Recomputes the row's flag.
     void updateChanged(DiffTableRow& row);
     /// Takes a snapshot out; its captions stay until the last column goes. Unknown snapshots change nothing.
@@ -42,6 +47,9 @@ public:
     std::vector<DiffTableRow> m_rows;
     std::vector<DiffTableColumn> m_columns;
     std::size_t m_selectedRow = static_cast<std::size_t>(-1); ///< position in `m_rows`; all bits set: none
+
+private:
+    std::size_t appendRow(const std::string& caption);
 };
 
 } // namespace statistics

@@ -16,9 +16,6 @@
 
 namespace statistics {
 
-/// No node: the result of a failed search or of a creation that couldn't be done.
-constexpr unsigned INVALID_ID = 0xFFFFFFFFu;
-
 /// The one object through which a host reaches the library: the tree of items, its sampling, its panel.
 ///
 /// Items are named by node ids. Node 0 is the root, whose children are the top level of the panel. An id
@@ -132,6 +129,9 @@ private:
     void takeSnapshot();
     void updateSnapshots();
     void clearSnapshots();
+    LimitMap& lendLimits(std::size_t index);
+    const Limit* limitOf(const Counter& counter) const;
+    Counter::Getter childrenSum(std::size_t column);
 
     std::unique_ptr<Data> m_data;
     std::size_t activePreset = NO_INDEX;

@@ -11,6 +11,8 @@
 
 namespace statistics {
 
+/// No node: the result of a failed search or of a creation that couldn't be done.
+constexpr unsigned INVALID_ID = 0xFFFFFFFFu;
 /// No row, column or preset; as the column of a children counter: the number of rows.
 constexpr std::size_t NO_INDEX = static_cast<std::size_t>(-1);
 
@@ -61,8 +63,11 @@ public:
     /// The same by view row; first orders the rows anew if their number has changed. Empty if there is no
     /// such row or column.
     std::string getSortedCell(std::size_t column, std::size_t viewRow);
-    /// `getSortedCell` into `text`, which keeps its memory.
-    void printSortedCell(std::string& text, std::size_t column, std::size_t viewRow);
+    /// The data row shown at `viewRow`, `NO_INDEX` if there is none; first orders the rows anew if their
+    /// number has changed.
+    std::size_t dataRow(std::size_t viewRow);
+    /// Prints a value as a cell of the column.
+    void printCell(std::string& text, std::size_t column, const CounterValue& value) const;
     /// The cells of a data row as the table shows them, separated by tabs.
     std::string rowText(std::size_t dataRow) const;
     /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported.
@@ -83,6 +88,9 @@ public:
     std::size_t m_selectedRow = NO_INDEX; ///< a view row: the selection stays in place when rows move
     std::size_t m_keyColumn = NO_INDEX;   ///< column whose cells can be selected; any other value: none
     bool m_sortAscending = true;
+
+private:
+    void run(std::function<void(std::size_t)> action, std::size_t viewRow);
 };
 
 } // namespace statistics
