@@ -1,0 +1,97 @@
+// One snapshot as a text file: a "sep=" line, a header line, then caption, tab and value per line. Bytes go
+// out as the strings hold them; numbers have a point whatever the host's locale. Every line is flushed on its
+// own, so that a crash of the host leaves whole lines.
+
+#include "statistics_analyzer.h"
+
+#include "format.h"
+
+#include <clocale>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <locale>
+#include <system_error>
+
+#ifdef _WIN32
+#include <cstdlib>
+#else
+#include <stdlib.h> // strtof_l
+#if defined(__APPLE__) || defined(__FreeBSD__)
+#include <xlocale.h>
+#endif
+#endif
+
+namespace statistics {
+
+namespace {
+
+constexpr char kDelimiter = '\t';
+constexpr const char* kWhiteSpace = " \t\n\v\f\r";
+
+/// `strtof` with the point of the "C" locale. Text that doesn't begin with a number gives zero.
+float parseFloat(const char* text)
+{
+#ifdef _WIN32
+    static const _locale_t locale = _create_locale(LC_ALL, "C");
+    return static_cast<float>(_strtod_l(text, nullptr, locale));
+#else
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return strtof_l(text, nullptr, locale);
+#endif
+}
+
+/// Appends the entry that a line holds. False if the line has no tab, or nothing but white space behind it.
+bool readEntry(const std::string& line, SnapshotValues& values)
+{
+    const std::size_t tab = line.find(kDelimiter);
+    if (tab == std::string::npos)
+        return false;
+    const std::size_t token = line.find_first_not_of(kWhiteSpace, tab + 1);
+    if (token == std::string::npos)
+        return false;
+    // A number never holds white space, so it ends with its token at the latest.
+    values.emplace_back(line.substr(0, tab), parseFloat(line.c_str() + token));
+    return true;
+}
+
+void writeLine(std::ofstream& file, const std::string& caption, const std::string& value)
+{
+    file << caption << kDelimiter << value
+         << std::endl; // NOLINT(performance-avoid-endl): flushed line by line
+}
+
+} // namespace
+
+void StatisticsAnalyzer::writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const
+{
+    const std::filesystem::path path = Orv::orv_format("%s/%s", root.c_str(), relativePath.c_str());
+    std::error_code ignored; // the open that follows fails, too
+    std::filesystem::create_directories(path.parent_path(), ignored);
+    std::ofstream file;
+    file.imbue(std::locale::classic());
+    file.open(path, std::ios::out);
+    writeLine(file, "sep=", "");
+    writeLine(file, "Caption", "Value");
+    std::string text;
+    for (const auto& [caption, value] : values) {
+        value.print(text, nullptr);
+        writeLine(file, caption, text);
+    }
+}
+
+SnapshotValues StatisticsAnalyzer::readSnapshot(const std::string& path)
+{
+    SnapshotValues values;
+    std::ifstream file;
+    file.imbue(std::locale::classic());
+    file.open(path, std::ios::in);
+    std::string line;
+    std::getline(file, line); // "sep="
+    std::getline(file, line); // the header
+    while (std::getline(file, line) && readEntry(line, values)) {
+    }
+    return values;
+}
+
+} // namespace statistics

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <statistics/diff_table.h>
+#include <statistics/value.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace statistics {
+
+/// The entries of a snapshot: the path of a counter and its value.
+using SnapshotValues = std::vector<std::pair<std::string, CounterValue>>;
+
+/// The store of snapshots: what lies on disk under `root`, the records of it in memory, and the comparison.
+///
+/// The list of records grows at its end and empties only as a whole, so a record's `index` is its position.
+/// It is in the order of arrival: what the scan found, then what was taken. `root` must not be empty and
+/// `folder` must be one plain path component (`isFolderName`).
+///
+/// What the file system throws leaves through the call. Writing and reading of files fail in silence.
+class StatisticsAnalyzer {
+public:
+    struct Snapshot {
+        std::size_t index;
+        std::string name;   ///< file name, also the caption of the check box and of the comparison's column
+        std::string folder; ///< directory under `root`
+        SnapshotValues values;
+    };
+
+    /// Scans `root` for what earlier runs left. A `root` that doesn't exist is an empty store.
+    StatisticsAnalyzer(std::string rootDirectory, std::string folderName);
+
+    /// Reads every regular file two levels below `root`.
+    void scanSnapshots();
+    /// Reads one file and appends its record, even if nothing could be read.
+    void loadSnapshot(const std::string& name, const std::string& inFolder);
+    /// Writes a new file, named after the present time, and appends its record, even if nothing could be
+    /// written.
+    void saveSnapshot(SnapshotValues values);
+    /// Deletes the folders of all records from disk, then forgets records and comparison. If a folder can't
+    /// be deleted, that leaves as an exception and nothing is forgotten.
+    void clearSnapshots();
+    /// Calls `visit` for the records there are now. It must not add or remove any.
+    void forEachSnapshot(const std::function<void(const Snapshot&)>& visit) const;
+    /// Brings a record into the comparison, takes it out. An unknown index does nothing.
+    void addToDiff(std::size_t index);
+    void removeFromDiff(std::size_t index);
+
+    /// Writes a file under `root`, with the directories that are missing. `relativePath` is
+    /// `<folder>/<name>`.
+    void writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const;
+    /// The entries that could be read, all `Decimal`. `path` is the complete path.
+    static SnapshotValues readSnapshot(const std::string& path);
+
+    std::string root;
+    std::string folder;
+    std::vector<Snapshot> snapshots;
+    DiffTable diffTable;
+};
+
+/// True for one path component that names a folder: not empty, "." or "..", no separator, no drive.
+bool isFolderName(const std::string& name);
+/// True for a path that can be handed on to the system whole.
+bool isRootName(const std::string& name);
+
+} // namespace statistics
