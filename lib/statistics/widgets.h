@@ -1,0 +1,129 @@
+#pragma once
+
+#include <imgui.h>
+
+#include <cstddef>
+#include <string>
+
+/// Everything that adapts Dear ImGui to the panel: guards that close what they open, widgets that show a text
+/// whole, columns of fixed width, lines that cost nothing out of view, and what was renamed between ImGui's
+/// releases.
+///
+/// ImGui cuts a label at "##" and tells widgets apart by it. The widgets here show every byte and take their
+/// identity from the scope they stand in (`IdScope`), one widget of a kind per scope.
+namespace statistics::widgets {
+
+const ImVec4 labelColor{0.475f, 0.6f, 0.718f, 1.0f};
+
+class [[nodiscard]] IdScope {
+public:
+    explicit IdScope(int id) { ImGui::PushID(id); }
+    explicit IdScope(const char* id) { ImGui::PushID(id); }
+    explicit IdScope(std::size_t id) { ImGui::PushID(reinterpret_cast<const void*>(id)); }
+    ~IdScope() { ImGui::PopID(); }
+    IdScope(const IdScope&) = delete;
+    IdScope& operator=(const IdScope&) = delete;
+};
+
+class [[nodiscard]] ColorScope {
+public:
+    ColorScope(ImGuiCol entry, const ImVec4& color) { ImGui::PushStyleColor(entry, color); }
+    ~ColorScope() { ImGui::PopStyleColor(1); }
+    ColorScope(const ColorScope&) = delete;
+    ColorScope& operator=(const ColorScope&) = delete;
+};
+
+class [[nodiscard]] StyleVarScope {
+public:
+    StyleVarScope(ImGuiStyleVar entry, const ImVec2& value) { ImGui::PushStyleVar(entry, value); }
+    ~StyleVarScope() { ImGui::PopStyleVar(1); }
+    StyleVarScope(const StyleVarScope&) = delete;
+    StyleVarScope& operator=(const StyleVarScope&) = delete;
+};
+
+/// The context menu's popup; `open` tells whether it shows.
+class [[nodiscard]] PopupScope {
+public:
+    explicit PopupScope(const char* id) : open(ImGui::BeginPopup(id, 0)) {}
+    ~PopupScope()
+    {
+        if (open)
+            ImGui::EndPopup();
+    }
+    PopupScope(const PopupScope&) = delete;
+    PopupScope& operator=(const PopupScope&) = delete;
+
+    const bool open;
+};
+
+/// Columns whose set is as wide as it was laid out, whatever the window does: widths stay for any size of the
+/// window, any indent and scrollbar, and where the user dragged a border.
+class [[nodiscard]] ColumnsScope {
+public:
+    ColumnsScope(int count, const char* id, float width);
+    ~ColumnsScope();
+    ColumnsScope(const ColumnsScope&) = delete;
+    ColumnsScope& operator=(const ColumnsScope&) = delete;
+
+    /// True if ImGui has no widths for these columns yet: a new context, or another number of columns.
+    bool isNew() const { return m_isNew; }
+    /// `width` in pixels; it has a floor, and what isn't a number counts as zero.
+    void setWidth(int column, float width) const;
+
+private:
+    float m_workRectEnd;
+    bool m_isNew;
+};
+
+/// Whether the host or ImGui's saved settings decide the size of the window that comes next; otherwise it is
+/// set.
+void suggestNextWindowSize(const ImVec2& size);
+
+void text(const std::string& text);
+/// A tree node with an identity of its own in the present scope. True if it is open; then `ImGui::TreePop`
+/// ends it.
+bool treeNode(unsigned id, const std::string& text);
+bool checkBox(const std::string& caption, bool* value);
+bool menuItem(const std::string& caption);
+/// The button on top of a column.
+bool headerButton(const std::string& caption);
+/// A text that selects the whole row, beneath what follows in it.
+bool rowSelectable(const std::string& text, bool selected);
+/// `fraction` below zero or NaN shows an empty bar. The overlay stands behind the filled part.
+void progressBar(float fraction, const std::string& overlay);
+
+/// Calls `draw` for the rows in view. Rows that aren't equally high are all drawn.
+template<typename Draw>
+void forEachVisibleRow(std::size_t count, bool uniform, const Draw& draw)
+{
+    if (!uniform) {
+        for (std::size_t row = 0; row < count; ++row)
+            draw(row);
+        return;
+    }
+    ImGuiListClipper clipper;
+    clipper.Begin(static_cast<int>(count), ImGui::GetTextLineHeightWithSpacing());
+    while (clipper.Step())
+        for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row)
+            draw(static_cast<std::size_t>(row));
+}
+
+/// What the height of a line depends on besides its text.
+struct LineMetrics {
+    float fontSize, framePadding, itemSpacing;
+    bool operator==(const LineMetrics& other) const
+    {
+        return fontSize == other.fontSize && framePadding == other.framePadding &&
+               itemSpacing == other.itemSpacing;
+    }
+};
+LineMetrics lineMetrics();
+/// Distance in pixels from the window's top to the present line.
+float linePosition();
+/// Moves on by a line of known height, spacing included, if all of it lies outside the visible part. The
+/// margin of a line on both sides lets keyboard navigation reach the next one.
+bool skipHiddenLine(float height);
+/// Opens the level of a tree node whose line was skipped, if the user has it open.
+bool hiddenTreeNode(unsigned id);
+
+} // namespace statistics::widgets
