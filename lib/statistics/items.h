@@ -1,0 +1,101 @@
+#pragma once
+
+#include <statistics/counter.h>
+#include <statistics/preset.h>
+#include <statistics/table.h>
+
+#include <cfloat>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace statistics {
+
+/// The kinds of item that the panel can show. An item id holds the kind in its high 16 bits and the slot in
+/// the kind's pool in its low 16 bits.
+enum class ItemType : unsigned {
+    Label = 1,
+    Counter = 2,
+    Table = 3,
+    Preset = 4,
+    Checkbox = 5,
+    SnapshotControl = 6,
+    DiffTable = 7,
+    Root = 65535,
+};
+
+constexpr unsigned kSlotBits = 16;
+constexpr unsigned kMostSlots = 1u << kSlotBits; ///< slots that a pool can hold, as far as item ids reach
+
+constexpr unsigned itemId(ItemType type, unsigned slot)
+{
+    return (static_cast<unsigned>(type) << kSlotBits) + slot;
+}
+
+constexpr unsigned itemSlot(unsigned id)
+{
+    return id & (kMostSlots - 1);
+}
+
+/// An empty format stands for the default print, which is a null format.
+inline const char* orNull(const std::string& format)
+{
+    return format.empty() ? nullptr : format.c_str();
+}
+
+/// A counter on the panel: the host's description, and the texts that are drawn every frame.
+struct ItemCounter {
+    ItemCounter(std::string caption, std::unique_ptr<Counter> description, float time)
+        : period(time), name(std::move(caption)), counter(std::move(description))
+    {
+        printLimits();
+    }
+
+    void printLimits()
+    {
+        counter->min.print(minText, orNull(counter->limitFormat));
+        counter->max.print(maxText, orNull(counter->limitFormat));
+    }
+
+    float period;
+    float timer = FLT_MAX; ///< time since the last sample; the first update always samples
+    std::string name;
+    std::string valueText; ///< empty until the first sample
+    std::string minText;
+    std::string maxText;
+    float weight = 0;                 ///< position of the last sample between the limits
+    std::unique_ptr<Counter> counter; ///< never null
+    std::ptrdiff_t lineBreaks = 0;    ///< in `valueText`: a change of the line's height
+};
+
+/// A table on the panel: the model, and the cells of the last refresh.
+struct ItemTable {
+    using Getters = std::vector<std::function<CounterValue(std::size_t)>>;
+
+    ItemTable(std::string caption, std::function<std::size_t()> rowCount, float time)
+        : period(time), name(std::move(caption)), table(std::make_unique<Table>(std::move(rowCount)))
+    {
+    }
+
+    float period;
+    float timer = FLT_MAX;
+    std::string name;
+    std::unique_ptr<Table> table;               ///< never null; hosts hold its address
+    std::vector<std::vector<std::string>> rows; ///< texts by view row and column
+    bool widthsPending = true;                  ///< the columns' widths are yet to be given to ImGui
+    std::size_t menuRow = NO_INDEX;             ///< data row that the context menu was opened on
+    bool uniformRows = true;                    ///< no cell has a line break: all rows are equally high
+    Getters getters; ///< memory for the copies that a refresh reads through, empty between refreshes
+};
+
+/// A check box on the panel.
+struct ItemCheckbox {
+    std::string name;
+    bool value = false;
+    std::function<void(bool)> onChange; ///< may be empty
+};
+
+} // namespace statistics

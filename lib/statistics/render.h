@@ -1,0 +1,119 @@
+#pragma once
+
+#include "free_slot_vector.h"
+#include "items.h"
+
+#include <statistics/diff_table.h>
+#include <statistics/preset.h>
+#include <statistics/table.h>
+#include <statistics/value.h>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace statistics {
+
+/// Owns every item that the panel can show, one pool per kind, and knows how to draw, sample, name and free
+/// an item by its id. One `Render` serves three trees, which hold only item ids.
+///
+/// Host functors run inside sampling and drawing and may create and remove items, which moves whole pools: no
+/// reference into a pool is held across a call of a functor. Functors are copied before they run where the
+/// host could replace them; what owns them outlives the call (call_scope.h).
+class Render {
+public:
+    // Creating. The result is an item id; INVALID_ID, with a report, if the pool is full.
+    unsigned createLabel(const std::string& text);
+    unsigned createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period);
+    unsigned createTable(const std::string& name, std::function<std::size_t()> rowCount, float period);
+    unsigned createPreset(const std::string& name, std::size_t index,
+                          std::function<std::size_t()> getSelectedFunctor,
+                          std::function<void(std::size_t)> selectFunctor,
+                          std::function<LimitMap&(std::size_t)> accessPresetFunctor,
+                          std::unique_ptr<PresetSaveLoadParams> params);
+    unsigned createCheckbox(const std::string& name, std::function<void(bool)> onChange);
+    /// The one snapshot control and the one comparison: a second call replaces the functors.
+    unsigned createSnapshotControl(std::function<void()> takeSnapshot, std::function<void()> saveDiff,
+                                   std::function<void()> clearTree);
+    unsigned createDiffTable(std::function<DiffTable&()> access);
+    void clearSnapshotControl();
+    void clearDiffTable();
+    void clearPresets();
+    /// Frees the item's slot. The kinds without a pool are reported.
+    void removeItem(unsigned id);
+
+    // Looking things up.
+    ItemType itemType(unsigned id) const;
+    /// Empty for presets and the kinds without a pool.
+    const std::string& itemName(unsigned id) const;
+    /// Null for an item of another kind.
+    Counter* getCounter(unsigned id);
+    Table* getTable(unsigned id);
+    ItemPreset& getPreset(unsigned slot);
+    void forEachCounter(const std::function<void(ItemCounter&)>& visit);
+    /// The present value of a counter, the rows or the sum of `column` of a table, `Empty` for other items.
+    CounterValue itemValue(unsigned id, std::size_t column);
+
+    // Sampling.
+    /// Samples every counter, then every table, whose period has passed.
+    void update(float dt, bool enabled);
+    /// Samples one item at once and leaves its timer alone.
+    void updateNode(unsigned id);
+
+    // Drawing, inside an ImGui frame.
+    bool beginWindow();
+    void endWindow();
+    /// True if the item opened a level, which `endNode` closes.
+    bool drawItem(unsigned id, unsigned depth, bool hasChildren);
+    void endNode();
+
+    free_slot_vector<std::string> labels;
+    free_slot_vector<ItemCounter> counters;
+    free_slot_vector<ItemTable> tables;
+    free_slot_vector<ItemPreset> presets;
+    free_slot_vector<ItemCheckbox> checkboxes;
+    std::function<void()> takeSnapshotFunctor;
+    std::function<void()> saveDiffFunctor;
+    std::function<void()> clearTreeFunctor;
+    std::function<DiffTable&()> diffTableFunctor;
+    std::size_t diffColumnCount = NO_INDEX; ///< snapshot columns when the comparison was last drawn
+    bool diffWidthsPending = true;
+    bool windowOpen = true;
+    /// Grows whenever a line may have changed its height without being drawn.
+    unsigned layoutGeneration = 0;
+
+private:
+    class Refresh;
+
+    void updateCounter(unsigned slot);
+    void showValue(ItemCounter& item, const CounterValue& value);
+    void updateTable(unsigned slot);
+
+    bool drawLabel(unsigned slot, bool hasChildren);
+    bool drawCounter(unsigned slot, bool hasChildren);
+    void drawCheckbox(unsigned slot);
+    void drawSnapshotControl();
+    bool drawTable(unsigned slot);
+    std::size_t drawTableColumns(unsigned slot, Table& table);
+    void drawTableHeader(unsigned slot, Table& table, std::size_t columns);
+    void sortTable(unsigned slot, Table& table, std::size_t column);
+    void drawTableMenu(unsigned slot, Table& table);
+    void drawPreset(unsigned slot);
+    void drawPresetCheckbox(unsigned slot);
+    void drawPresetButtons(unsigned slot);
+    using PresetFunctor = PresetSaveLoadParams::Functor PresetSaveLoadParams::*;
+    bool drawPresetButton(unsigned slot, PresetFunctor functor, const char* caption, const char* tooltip);
+    void runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index);
+    void drawDiffTable();
+    void noteDiffShape(const DiffTable& table);
+
+    ItemCounter* counterItem(unsigned slot, const Counter& counter);
+    ItemTable* tableItem(unsigned slot, const Table& table);
+
+    std::size_t m_diffRowCount = 0;
+    bool m_diffUniformRows = true;
+    std::string m_diffText; ///< memory for the values' texts
+};
+
+} // namespace statistics

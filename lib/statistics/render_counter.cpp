@@ -1,0 +1,120 @@
+// One line of the panel: caption, lower limit, bar with the value on it, upper limit; or caption and value.
+
+#include "render.h"
+#include "widgets.h"
+
+#include <imgui.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace statistics {
+
+namespace {
+
+constexpr float kValueColumn = 215.0f; ///< pixels from the left of the window, at any depth
+constexpr float kBarWidth = 275.0f;
+constexpr float kBarBackgroundAlpha = 0.25f;
+
+constexpr float kWarningWeight = 0.8f; ///< from here to 1 the bar turns from amber to red
+
+const ImVec4 low{0.35f, 0.65f, 0.0f, 1.0f};
+const ImVec4 mid{0.96f, 0.65f, 0.14f, 1.0f};
+const ImVec4 high{0.96f, 0.19f, 0.19f, 1.0f};
+
+ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
+{
+    return {a.x * (1.0f - t) + b.x * t, a.y * (1.0f - t) + b.y * t, a.z * (1.0f - t) + b.z * t,
+            a.w * (1.0f - t) + b.w * t};
+}
+
+/// Weights below zero go on beyond `low`.
+ImVec4 barColor(float weight)
+{
+    if (weight >= 1.0f)
+        return high;
+    if (weight >= kWarningWeight)
+        return mix(mid, high, (weight - kWarningWeight) * 5.0000005f);
+    const float t = weight * 1.25f;
+    return std::isfinite(t) ? mix(low, mid, t) : low;
+}
+
+void drawBar(const ItemCounter& item)
+{
+    const ImVec4 color = barColor(item.weight);
+    const widgets::ColorScope background(ImGuiCol_FrameBg,
+                                         ImVec4(color.x, color.y, color.z, kBarBackgroundAlpha));
+    const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
+    ImGui::PushItemWidth(kBarWidth);
+    widgets::progressBar(item.weight, item.valueText);
+    ImGui::PopItemWidth();
+}
+
+void drawLimitedValue(const ItemCounter& item)
+{
+    widgets::text(item.minText);
+    ImGui::SameLine(0.0f, -1.0f);
+    drawBar(item);
+    ImGui::SameLine(0.0f, -1.0f);
+    widgets::text(item.maxText);
+}
+
+bool drawCaption(unsigned id, const std::string& name, bool hasChildren)
+{
+    const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
+    if (hasChildren)
+        return widgets::treeNode(id, name);
+    widgets::text(name);
+    return false;
+}
+
+} // namespace
+
+bool Render::drawLabel(unsigned slot, bool hasChildren)
+{
+    return drawCaption(itemId(ItemType::Label, slot), labels[slot], hasChildren);
+}
+
+bool Render::drawCounter(unsigned slot, bool hasChildren)
+{
+    const ItemCounter& item = counters[slot];
+    const bool open = drawCaption(itemId(ItemType::Counter, slot), item.name, hasChildren);
+    ImGui::SameLine(kValueColumn, -1.0f);
+    if (item.counter->hasLimits)
+        drawLimitedValue(item);
+    else
+        widgets::text(item.valueText);
+    return open;
+}
+
+/// The item, unless a functor has removed it or put another one in its place.
+ItemCounter* Render::counterItem(unsigned slot, const Counter& counter)
+{
+    const bool same = counters.contains(slot) && counters[slot].counter.get() == &counter;
+    return same ? &counters[slot] : nullptr;
+}
+
+void Render::updateCounter(unsigned slot)
+{
+    Counter& counter = *counters[slot].counter;
+    const CounterValue value = counter.getter();
+    if (ItemCounter* item = counterItem(slot, counter))
+        showValue(*item, value);
+    if (!counter.hasLimits)
+        return;
+    CounterValue judged = counter.getter();
+    const float weight = judged.weight(counter.min, counter.max);
+    if (ItemCounter* item = counterItem(slot, counter))
+        item->weight = weight;
+}
+
+void Render::showValue(ItemCounter& item, const CounterValue& value)
+{
+    value.print(item.valueText, orNull(item.counter->format));
+    const auto breaks = std::count(item.valueText.begin(), item.valueText.end(), '\n');
+    if (breaks != item.lineBreaks)
+        ++layoutGeneration;
+    item.lineBreaks = breaks;
+}
+
+} // namespace statistics

@@ -1,0 +1,262 @@
+// Tables on the panel: a row of header buttons that sort, then the cells as they were read at the last
+// refresh. Functors of the host run only where nothing of the table's own drawing is open, but for the
+// refresh behind a click on a header.
+
+#include "render.h"
+
+#include "call_scope.h"
+#include "widgets.h"
+
+#include <imgui.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace statistics {
+
+namespace {
+
+constexpr float kTableWidth = 850.0f; ///< pixels, all columns together
+const ImVec2 kHeaderSpacing(6.0f, 4.0f);
+constexpr const char* kPopup = "tablePopup";
+
+/// What the user did to the rows in this frame: view rows.
+struct RowEvents {
+    std::size_t clicked = NO_INDEX;
+    std::size_t doubleClicked = NO_INDEX;
+    std::size_t rightClicked = NO_INDEX;
+};
+
+const std::string& cellText(const std::vector<std::string>& row, std::size_t column)
+{
+    static const std::string missing;
+    return column < row.size() ? row[column] : missing;
+}
+
+/// Draws one cell. True if the mouse is over it.
+bool drawCell(const Table& table, std::size_t viewRow, std::size_t column, const std::string& text,
+              bool selected, RowEvents& events)
+{
+    if (column != table.m_keyColumn) {
+        widgets::text(text);
+    } else if (widgets::rowSelectable(text, selected)) {
+        events.clicked = viewRow;
+    }
+    return ImGui::IsItemHovered(0);
+}
+
+/// The row's own events come once, although the mouse is over the cell and over the row-wide selectable.
+void drawRow(const Table& table, const std::vector<std::string>& row, std::size_t viewRow,
+             std::size_t columns, RowEvents& events)
+{
+    const widgets::IdScope id(viewRow);
+    const bool selected = table.m_selectedRow == viewRow;
+    bool hovered = false;
+    for (std::size_t column = 0; column < columns; ++column) {
+        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected, events);
+        ImGui::NextColumn();
+    }
+    if (hovered && ImGui::IsMouseDoubleClicked(0))
+        events.doubleClicked = viewRow;
+    if (hovered && ImGui::IsMouseClicked(1, false))
+        events.rightClicked = viewRow;
+}
+
+/// Draws the rows that are in view.
+RowEvents drawRows(const ItemTable& item, std::size_t columns)
+{
+    RowEvents events;
+    widgets::forEachVisibleRow(item.rows.size(), item.uniformRows, [&](std::size_t viewRow) {
+        drawRow(*item.table, item.rows[viewRow], viewRow, columns, events);
+    });
+    return events;
+}
+
+/// Opens the context menu on a row. Without entries neither menu nor selection move.
+void openMenu(ItemTable& item, std::size_t viewRow)
+{
+    Table& table = *item.table;
+    if (table.m_rowActions.empty())
+        return;
+    table.m_selectedRow = viewRow;
+    item.menuRow = viewRow < table.m_order.size() ? table.m_order[viewRow] : NO_INDEX;
+    ImGui::OpenPopup(kPopup);
+}
+
+/// The entry of the context menu that was clicked. The row's data may have moved or gone since it was opened:
+/// an entry acts on the row it was opened on, or on none.
+std::size_t clickedEntry(const ItemTable& item)
+{
+    const Table& table = *item.table;
+    std::size_t clicked = NO_INDEX;
+    for (std::size_t entry = 0; entry < table.m_rowActions.size(); ++entry) {
+        const widgets::IdScope id(entry);
+        if (widgets::menuItem(table.m_rowActions[entry].caption))
+            clicked = entry;
+    }
+    const std::size_t row = table.m_selectedRow;
+    const bool shown =
+        row < item.rows.size() && row < table.m_order.size() && table.m_order[row] == item.menuRow;
+    return shown ? clicked : NO_INDEX;
+}
+
+void applyWidths(const widgets::ColumnsScope& columns, const Table& table)
+{
+    for (std::size_t column = 0; column < table.m_header.size(); ++column)
+        columns.setWidth(static_cast<int>(column), table.m_header[column].widthFraction * kTableWidth);
+}
+
+} // namespace
+
+/// The item, unless a functor has removed it or put another one in its place.
+ItemTable* Render::tableItem(unsigned slot, const Table& table)
+{
+    const bool same = tables.contains(slot) && tables[slot].table.get() == &table;
+    return same ? &tables[slot] : nullptr;
+}
+
+bool Render::drawTable(unsigned slot)
+{
+    Table& table = *tables[slot].table;
+    if (table.m_header.empty())
+        return false;
+    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Table, slot)));
+    const std::size_t doubleClicked = drawTableColumns(slot, table);
+    if (doubleClicked != NO_INDEX)
+        table.runDefaultAction(doubleClicked);
+    if (tableItem(slot, table))
+        drawTableMenu(slot, table);
+    return false;
+}
+
+/// Gives back the view row of a double click.
+std::size_t Render::drawTableColumns(unsigned slot, Table& table)
+{
+    const std::size_t count = table.m_header.size();
+    const widgets::ColumnsScope columns(static_cast<int>(count), tables[slot].name.c_str(), kTableWidth);
+    if (std::exchange(tables[slot].widthsPending, false) || columns.isNew())
+        applyWidths(columns, table);
+    drawTableHeader(slot, table, count);
+    // The getters behind a header click may have removed the table.
+    ItemTable* item = tableItem(slot, table);
+    if (!item)
+        return NO_INDEX;
+    const RowEvents events = drawRows(*item, count);
+    for (const std::size_t row : {events.clicked, events.doubleClicked})
+        if (row != NO_INDEX)
+            table.m_selectedRow = row;
+    if (events.rightClicked != NO_INDEX)
+        openMenu(*item, events.rightClicked);
+    return events.doubleClicked < item->rows.size() ? events.doubleClicked : NO_INDEX;
+}
+
+void Render::drawTableHeader(unsigned slot, Table& table, std::size_t columns)
+{
+    const widgets::StyleVarScope spacing(ImGuiStyleVar_ItemSpacing, kHeaderSpacing);
+    for (std::size_t column = 0; column < columns; ++column) {
+        const widgets::IdScope id(column);
+        // Getters behind a click on an earlier column may have changed the columns.
+        if (column < table.m_header.size() && widgets::headerButton(table.m_header[column].caption))
+            sortTable(slot, table, column);
+        ImGui::NextColumn();
+    }
+}
+
+/// A click on a header: every click reverses the direction, on whichever column.
+void Render::sortTable(unsigned slot, Table& table, std::size_t column)
+{
+    table.sort(column, !table.m_sortAscending);
+    if (tableItem(slot, table))
+        updateTable(slot);
+}
+
+void Render::drawTableMenu(unsigned slot, Table& table)
+{
+    std::size_t entry = NO_INDEX;
+    if (const widgets::PopupScope menu(kPopup); menu.open)
+        entry = clickedEntry(tables[slot]);
+    if (entry != NO_INDEX)
+        table.runAction(entry, table.m_selectedRow);
+}
+
+namespace {
+
+/// Copies, because a getter may change the table's columns while it runs.
+void copyGetters(const Table& table, ItemTable::Getters& getters)
+{
+    getters.clear();
+    for (const TableColumn& column : table.m_header)
+        getters.push_back(column.getter);
+}
+
+} // namespace
+
+/// One refresh: the memory of the getters' copies comes from the item and goes back to it, and rows that an
+/// exception left unread are empty instead of old.
+class Render::Refresh {
+public:
+    Refresh(Render& render, unsigned slot, Table& table)
+        : m_render(render), m_slot(slot), m_table(table), m_count(table.m_rowCount())
+    {
+        if (ItemTable* item = this->item()) {
+            m_getters = std::exchange(item->getters, {});
+            item->rows.resize(m_count);
+            item->uniformRows = true;
+        }
+        copyGetters(table, m_getters);
+    }
+    ~Refresh()
+    {
+        ItemTable* item = this->item();
+        if (!item)
+            return;
+        for (std::size_t row = m_row; row < item->rows.size(); ++row)
+            item->rows[row].clear();
+        m_getters.clear();
+        item->getters = std::move(m_getters);
+    }
+    Refresh(const Refresh&) = delete;
+    Refresh& operator=(const Refresh&) = delete;
+
+    void readRows()
+    {
+        for (; m_row < m_count; ++m_row)
+            for (std::size_t column = 0; column < m_getters.size(); ++column)
+                if (!readCell(column))
+                    return;
+    }
+
+private:
+    ItemTable* item() { return m_render.tableItem(m_slot, m_table); }
+
+    /// False if a functor has removed the table, or taken the row away by a refresh of its own.
+    bool readCell(std::size_t column)
+    {
+        const std::size_t dataRow = m_table.dataRow(m_row);
+        const bool exists = dataRow != NO_INDEX && column < m_table.m_header.size();
+        const CounterValue value = exists ? m_getters[column](dataRow) : CounterValue(std::string());
+        ItemTable* item = this->item();
+        if (!item || m_row >= item->rows.size())
+            return false;
+        std::vector<std::string>& cells = item->rows[m_row];
+        cells.resize(m_getters.size());
+        m_table.printCell(cells[column], column, value);
+        item->uniformRows = item->uniformRows && cells[column].find('\n') == std::string::npos;
+        return true;
+    }
+
+    Render& m_render;
+    unsigned m_slot;
+    Table& m_table;
+    ItemTable::Getters m_getters;
+    std::size_t m_count;
+    std::size_t m_row = 0;
+};
+
+void Render::updateTable(unsigned slot)
+{
+    const CallScope call;
+    Refresh(*this, slot, *tables[slot].table).readRows();
+}
+
+} // namespace statistics
