@@ -1,0 +1,47 @@
+#pragma once
+
+#include "render.h"
+#include "tree.h"
+
+#include <functional>
+#include <string>
+
+namespace statistics {
+
+/// The tree on top of the panel, in which the presets are shown.
+struct PresetGroup {
+    explicit PresetGroup(Render& render);
+
+    unsigned groupNode; ///< the label "Presets"
+    Tree tree;
+};
+
+/// The tree at the bottom of the panel: the snapshots' check boxes by folder, the buttons, the comparison.
+/// Apart from the main tree, so that a snapshot never holds its own controls.
+///
+/// "Snapshots" comes before the buttons among the children of "Diff": what a button adds or clears below it
+/// lies behind the walk that draws the button.
+struct SnapshotGroup {
+    explicit SnapshotGroup(Render& render);
+
+    /// True while the snapshot controls are in place.
+    bool hasControls() const;
+    void addControl(unsigned item);
+    void addDiffTable(unsigned item);
+    /// Adds a check box for a record, under a label for its folder. One that exists stays as it is.
+    void addSnapshot(const std::string& name, const std::string& folder, std::function<void(bool)> onChange,
+                     Render& render);
+    /// The check boxes stay in their pool, reached by nothing.
+    void clearSnapshots();
+    void draw(Render& render);
+
+    unsigned diffNode;
+    unsigned snapshotsNode;
+    unsigned controlNode;
+    unsigned diffTableNode;
+    unsigned diffLabel;
+    unsigned snapshotsLabel;
+    Tree tree;
+};
+
+} // namespace statistics

@@ -1,0 +1,37 @@
+#include "name_index.h"
+
+#include <functional>
+
+namespace statistics {
+
+namespace {
+
+constexpr std::size_t kLeastEntries = 64;
+
+} // namespace
+
+std::uint32_t NameIndex::hash(unsigned parent, std::string_view name)
+{
+    const std::uint64_t mixed = std::hash<std::string_view>()(name) + parent * 0x9E3779B97F4A7C15u;
+    return static_cast<std::uint32_t>((mixed ^ (mixed >> 32u)) & 0xFFFFFFFFu);
+}
+
+void NameIndex::reset(std::size_t count)
+{
+    std::size_t size = kLeastEntries;
+    while (size < count * 2)
+        size *= 2;
+    m_entries.assign(size, Entry{0, 0, 0});
+    m_used = 0;
+}
+
+void NameIndex::add(std::uint32_t hash, unsigned node)
+{
+    std::size_t at = hash & mask();
+    while (m_entries[at].used)
+        at = (at + 1) & mask();
+    m_entries[at] = {hash, node & 0x7FFFFFFFu, 1};
+    ++m_used;
+}
+
+} // namespace statistics

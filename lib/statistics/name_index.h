@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace statistics {
+
+/// Finds tree nodes by the hash of their parent and name: a flat table, derived from the tree.
+///
+/// Entries are never taken out. The tree checks what is found against the nodes themselves, so entries of
+/// nodes that are gone do no harm until the table is filled anew, which happens whenever it is full. Among
+/// equal hashes the entry added first is found first.
+class NameIndex {
+public:
+    static std::uint32_t hash(unsigned parent, std::string_view name);
+
+    /// Drops all entries and makes room for `count` and as many again.
+    void reset(std::size_t count);
+    /// True if another entry wouldn't fit well.
+    bool isFull() const { return (m_used + 1) * 4 > m_entries.size() * 3; }
+    void add(std::uint32_t hash, unsigned node);
+
+    /// The first node under this hash that `matches`; `none` if there is no such node.
+    template<typename Matches>
+    unsigned find(std::uint32_t hash, unsigned none, const Matches& matches) const
+    {
+        if (m_entries.empty())
+            return none;
+        for (std::size_t at = hash & mask(); m_entries[at].used; at = (at + 1) & mask())
+            if (m_entries[at].hash == hash && matches(m_entries[at].node))
+                return m_entries[at].node;
+        return none;
+    }
+
+private:
+    struct Entry {
+        std::uint32_t hash;
+        unsigned node : 31;
+        unsigned used : 1;
+    };
+
+    std::size_t mask() const { return m_entries.size() - 1; }
+
+    std::vector<Entry> m_entries; ///< a power of two, never quite full
+    std::size_t m_used = 0;
+};
+
+} // namespace statistics

@@ -1,0 +1,202 @@
+#include "tree.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+#include "stack_tracker.h"
+
+#include <algorithm>
+
+namespace statistics {
+
+namespace {
+
+constexpr unsigned kFirstSlots = 100;
+constexpr char kSeparator = '/';
+
+/// A node whose children are being walked.
+struct Step {
+    unsigned node;
+    std::size_t position;
+};
+
+} // namespace
+
+Tree::Tree()
+{
+    m_nodes.grow(kFirstSlots);
+    m_nodes.emplace(Node{INVALID_ID, 0, INVALID_ID, {}});
+}
+
+bool Tree::isParent(unsigned parentId) const
+{
+    return ORV_ASSERT(parentId != INVALID_ID) && m_nodes.check(parentId);
+}
+
+unsigned Tree::addChild(unsigned item, unsigned parentId)
+{
+    if (!isParent(parentId))
+        return INVALID_ID;
+    const unsigned id = m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
+    m_nodes[parentId].children.push_back(id);
+    m_unindexed.push_back(id);
+    if (id < m_lineHeights.size())
+        m_lineHeights[id] = 0.0f;
+    return id;
+}
+
+unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& render)
+{
+    if (!m_nodes.contains(parent))
+        return INVALID_ID;
+    indexNewNodes(render);
+    return m_names.find(NameIndex::hash(parent, name), INVALID_ID, [&](unsigned id) {
+        return m_nodes.contains(id) && m_nodes[id].parent == parent &&
+               render.itemName(m_nodes[id].item) == name;
+    });
+}
+
+void Tree::indexNewNodes(const Render& render)
+{
+    // A tree that is never searched must not gather ids for ever.
+    if (m_indexStale || m_unindexed.size() > m_nodes.size())
+        return rebuildIndex(render);
+    for (const unsigned id : m_unindexed) {
+        if (m_names.isFull())
+            return rebuildIndex(render);
+        if (m_nodes.contains(id))
+            m_names.add(NameIndex::hash(m_nodes[id].parent, render.itemName(m_nodes[id].item)), id);
+    }
+    m_unindexed.clear();
+}
+
+/// From the child lists, so that nodes which nothing lists any more are left out.
+void Tree::rebuildIndex(const Render& render)
+{
+    std::size_t count = 0;
+    for (auto id = m_nodes.begin(); id != m_nodes.end(); id = m_nodes.next(id))
+        count += m_nodes[id].children.size();
+    m_names.reset(count);
+    for (auto id = m_nodes.begin(); id != m_nodes.end(); id = m_nodes.next(id))
+        for (const unsigned child : m_nodes[id].children)
+            m_names.add(NameIndex::hash(id, render.itemName(m_nodes[child].item)), child);
+    m_unindexed.clear();
+    m_indexStale = false;
+}
+
+void Tree::removeItem(unsigned id, Render& render)
+{
+    if (!m_nodes.contains(id))
+        return;
+    const CallScope call;
+    const unsigned parent = m_nodes[id].parent;
+    // The root has no item to free: the report of that is all that happens.
+    if (parent == INVALID_ID)
+        return render.removeItem(m_nodes[id].item);
+    if (m_nodes.contains(parent)) {
+        std::vector<unsigned>& siblings = m_nodes[parent].children;
+        const auto found = std::find(siblings.begin(), siblings.end(), id);
+        if (found != siblings.end())
+            siblings.erase(found);
+    }
+    removeSubtree(id, render);
+}
+
+/// Items go parent first, nodes children first: that order decides which ids are given out next.
+void Tree::removeSubtree(unsigned top, Render& render)
+{
+    std::vector<Step> steps;
+    const auto enter = [&](unsigned id) {
+        render.removeItem(m_nodes[id].item);
+        steps.push_back({id, 0});
+    };
+    enter(top);
+    while (!steps.empty()) {
+        Step& step = steps.back();
+        const std::vector<unsigned>& children = m_nodes[step.node].children;
+        if (step.position < children.size()) {
+            enter(children[step.position++]);
+        } else {
+            m_nodes.erase(step.node);
+            steps.pop_back();
+        }
+    }
+}
+
+void Tree::clearChildren(unsigned id)
+{
+    m_nodes[id].children.clear();
+    m_indexStale = true;
+}
+
+void Tree::updateNode(unsigned id, Render& render)
+{
+    const Orv::StackScope scope("statistics::Tree::updateNode", __FILE__, __LINE__);
+    if (m_nodes.contains(id))
+        render.updateNode(m_nodes[id].item);
+}
+
+/// The position of the sibling behind `child`, which stood at `position` when its turn came. Siblings may
+/// have come and gone since, `child` included.
+std::size_t Tree::positionBehind(unsigned parent, std::size_t position, unsigned child) const
+{
+    const std::vector<unsigned>& children = m_nodes[parent].children;
+    if (position < children.size() && children[position] == child)
+        return position + 1;
+    const auto found = std::find(children.begin(), children.end(), child);
+    return found != children.end() ? static_cast<std::size_t>(found - children.begin()) + 1 : position;
+}
+
+void Tree::forEachNode(const std::function<void(unsigned)>& visit) const
+{
+    const CallScope call;
+    std::vector<Step> steps;
+    if (!m_nodes.empty())
+        steps.push_back({m_nodes.begin(), 0});
+    while (!steps.empty()) {
+        const Step step = steps.back();
+        if (!m_nodes.contains(step.node) || step.position >= m_nodes[step.node].children.size()) {
+            steps.pop_back();
+            continue;
+        }
+        const unsigned child = m_nodes[step.node].children[step.position];
+        visit(child);
+        if (m_nodes.contains(step.node))
+            steps.back().position = positionBehind(step.node, step.position, child);
+        if (m_nodes.contains(child) && m_nodes[child].parent == step.node)
+            steps.push_back({child, 0});
+    }
+}
+
+void Tree::forEach(const std::function<void(unsigned, unsigned)>& visit) const
+{
+    forEachNode([&](unsigned id) { visit(m_nodes[id].item, m_nodes[m_nodes[id].parent].item); });
+}
+
+CounterValue Tree::sumChildren(unsigned node, std::size_t column, Render& render) const
+{
+    CounterValue sum;
+    std::size_t position = 0;
+    while (m_nodes.contains(node) && position < m_nodes[node].children.size()) {
+        const unsigned child = m_nodes[node].children[position];
+        sum += render.itemValue(m_nodes[child].item, column);
+        if (m_nodes.contains(node))
+            position = positionBehind(node, position, child);
+    }
+    return sum;
+}
+
+std::string Tree::path(unsigned id, const Render& render) const
+{
+    std::vector<unsigned> way;
+    for (; m_nodes[id].parent != INVALID_ID; id = m_nodes[id].parent)
+        way.push_back(m_nodes[id].item);
+    std::string path;
+    for (auto item = way.rbegin(); item != way.rend(); ++item) {
+        if (!path.empty())
+            path += kSeparator;
+        path += render.itemName(*item);
+    }
+    return path;
+}
+
+} // namespace statistics

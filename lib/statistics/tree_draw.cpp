@@ -1,0 +1,89 @@
+// Drawing a tree. Lines that lie out of view cost next to nothing: they are skipped by the height that they
+// had when they were last drawn.
+
+#include "tree.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+#include "stack_tracker.h"
+
+namespace statistics {
+
+namespace {
+
+/// Kinds that are one line and change their height only when `Render::layoutGeneration` tells.
+bool isPlainLine(ItemType type)
+{
+    return type == ItemType::Counter || type == ItemType::Label || type == ItemType::Checkbox;
+}
+
+} // namespace
+
+/// Closes the level that an item opened.
+class [[nodiscard]] Tree::LevelScope {
+public:
+    explicit LevelScope(Render& render) : m_render(render) {}
+    ~LevelScope() { m_render.endNode(); }
+    LevelScope(const LevelScope&) = delete;
+    LevelScope& operator=(const LevelScope&) = delete;
+
+private:
+    Render& m_render;
+};
+
+void Tree::draw(Render& render)
+{
+    const Orv::StackScope scope("statistics::Tree::draw", __FILE__, __LINE__);
+    const CallScope call;
+    if (!ORV_ASSERT(!m_nodes.empty()))
+        return;
+    prepareLineHeights(render);
+    drawNode(render, m_nodes.begin());
+}
+
+void Tree::drawNode(Render& render, unsigned id)
+{
+    if (!drawLine(render, id))
+        return;
+    const LevelScope level(render);
+    std::size_t position = 0;
+    while (m_nodes.contains(id) && position < m_nodes[id].children.size()) {
+        const unsigned child = m_nodes[id].children[position];
+        drawNode(render, child);
+        // A functor may have removed any of these nodes: look them up again.
+        if (m_nodes.contains(id))
+            position = positionBehind(id, position, child);
+    }
+}
+
+/// Draws or skips the node's own line. True if its children follow.
+bool Tree::drawLine(Render& render, unsigned id)
+{
+    const Node& node = m_nodes[id];
+    const unsigned item = node.item;
+    const bool hasChildren = !node.children.empty();
+    if (!isPlainLine(render.itemType(item)))
+        return render.drawItem(item, node.depth, hasChildren);
+    if (m_lineHeights.size() <= id)
+        m_lineHeights.resize(m_nodes.size(), 0.0f);
+    const float height = m_lineHeights[id];
+    if (height > 0.0f && widgets::skipHiddenLine(height))
+        return hasChildren && widgets::hiddenTreeNode(item);
+    const float top = widgets::linePosition();
+    const bool open = render.drawItem(item, node.depth, hasChildren);
+    if (m_nodes.contains(id))
+        m_lineHeights[id] = widgets::linePosition() - top;
+    return open;
+}
+
+void Tree::prepareLineHeights(const Render& render)
+{
+    const widgets::LineMetrics metrics = widgets::lineMetrics();
+    if (metrics == m_lineMetrics && m_layoutGeneration == render.layoutGeneration)
+        return;
+    m_lineMetrics = metrics;
+    m_layoutGeneration = render.layoutGeneration;
+    m_lineHeights.clear();
+}
+
+} // namespace statistics
