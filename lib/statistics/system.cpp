@@ -1,0 +1,236 @@
+// The life of the one `System`, its frame, and the items that hosts create.
+
+#include "system_data.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+#include "clipboard.h"
+#include "stack_tracker.h"
+#include "widgets.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace statistics {
+
+std::unique_ptr<System> System::Data::s_system;
+
+namespace {
+
+/// A `System` that is up at process exit goes as in `shutdown`: functors that are destroyed find no instance.
+struct ExitGuard {
+    ExitGuard() = default;
+    ~ExitGuard() { const std::unique_ptr<System> last = std::move(System::Data::s_system); }
+    ExitGuard(const ExitGuard&) = delete;
+    ExitGuard& operator=(const ExitGuard&) = delete;
+};
+
+const ExitGuard s_exitGuard; // behind s_system, so it is destroyed first
+
+bool isOutsideFunctors()
+{
+    return ORV_ASSERT_MESSAGE(!CallScope::active(),
+                              "A functor must not call initialize, shutdown, update or draw.");
+}
+
+/// Closes the panel's window, collapsed or not.
+class [[nodiscard]] WindowScope {
+public:
+    explicit WindowScope(Render& render) : visible(render.beginWindow()), m_render(render) {}
+    ~WindowScope() { m_render.endWindow(); }
+    WindowScope(const WindowScope&) = delete;
+    WindowScope& operator=(const WindowScope&) = delete;
+
+    const bool visible;
+
+private:
+    Render& m_render;
+};
+
+/// Each tree has an identity of its own: a host's item "Presets" opens by itself.
+void drawTree(Tree& tree, Render& render, const char* id)
+{
+    const widgets::IdScope scope(id);
+    tree.draw(render);
+}
+
+} // namespace
+
+void System::initialize()
+{
+    if (!isOutsideFunctors())
+        return;
+    ORV_ASSERT(System::Data::s_system == nullptr);
+    Data::s_system = std::unique_ptr<System>(new System);
+}
+
+void System::shutdown()
+{
+    if (!isOutsideFunctors())
+        return;
+    ORV_ASSERT(System::Data::s_system != nullptr);
+    const std::unique_ptr<System> last = std::move(Data::s_system);
+}
+
+System* System::instance()
+{
+    return Data::s_system.get();
+}
+
+System::System() : m_data(std::make_unique<Data>()) {}
+
+System::~System() = default;
+
+void System::draw()
+{
+    if (!isOutsideFunctors())
+        return;
+    const Orv::StackScope scope("statistics::System::draw", __FILE__, __LINE__);
+    const CallScope call;
+    Render& render = m_data->render;
+    if (!render.windowOpen)
+        return;
+    const WindowScope window(render);
+    if (!window.visible)
+        return;
+    if (!limitPresets.empty())
+        drawTree(m_data->presetGroup.tree, render, "presets");
+    drawTree(m_data->tree, render, "items");
+    if (m_data->statsAnalyzer)
+        drawTree(m_data->snapshotGroup.tree, render, "snapshots");
+}
+
+void System::update(float dt, bool enabled)
+{
+    if (isOutsideFunctors())
+        m_data->render.update(dt, enabled);
+}
+
+void System::setPanelOpen(bool open)
+{
+    m_data->render.windowOpen = open;
+}
+
+bool System::panelOpen() const
+{
+    return m_data->render.windowOpen;
+}
+
+void System::updateNode(unsigned id)
+{
+    m_data->tree.updateNode(id, m_data->render);
+}
+
+void System::removeItem(unsigned id)
+{
+    m_data->tree.removeItem(id, m_data->render);
+}
+
+unsigned System::getItemIndex(const std::string& path) const
+{
+    if (path.empty())
+        return INVALID_ID;
+    const std::string_view whole = path;
+    unsigned node = 0;
+    for (std::size_t start = 0; start < whole.size() && node != INVALID_ID;) {
+        const std::size_t end = std::min(whole.find('/', start), whole.size());
+        node = m_data->tree.findChild(node, whole.substr(start, end - start), m_data->render);
+        start = end + 1;
+    }
+    return node;
+}
+
+unsigned System::createLabel(const std::string& name, unsigned parent)
+{
+    return m_data->findOrCreate(name, parent, [&] { return m_data->render.createLabel(name); });
+}
+
+unsigned System::createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period,
+                               unsigned parent)
+{
+    return m_data->findOrCreate(name, parent, [&] {
+        if (!ORV_ASSERT(counter))
+            return INVALID_ID;
+        if (activePreset < limitPresets.size())
+            if (const Limit* limit = limitOf(*counter))
+                counter->setLimits(limit->min, limit->max);
+        return m_data->render.createCounter(name, std::move(counter), period);
+    });
+}
+
+/// The counter's limits in the active preset, null if it has none for the counter's key.
+const Limit* System::limitOf(const Counter& counter) const
+{
+    const LimitMap& limits = limitPresets[activePreset];
+    const auto found = limits.find(counter.limitKey);
+    return found != limits.end() ? &found->second : nullptr;
+}
+
+/// The getter refers to a node that doesn't exist yet: nothing adds a node before the counter's own.
+Counter::Getter System::childrenSum(std::size_t column)
+{
+    return [this, column, node = m_data->tree.nextId()] {
+        return m_data->tree.sumChildren(node, column, m_data->render);
+    };
+}
+
+unsigned System::createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                       const std::string& format, unsigned parent)
+{
+    return createCounter(name, std::make_unique<Counter>(childrenSum(column), format), period, parent);
+}
+
+unsigned System::createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                       const std::string& limitKey, const std::string& format,
+                                       const std::string& limitFormat, unsigned parent)
+{
+    return createCounter(name, std::make_unique<Counter>(childrenSum(column), format, limitFormat, limitKey),
+                         period, parent);
+}
+
+unsigned System::createChildrenCounter(const std::string& name, std::size_t column, float period,
+                                       CounterValue min, CounterValue max, const std::string& format,
+                                       const std::string& limitFormat, unsigned parent)
+{
+    return createCounter(
+        name,
+        std::make_unique<Counter>(std::move(min), std::move(max), childrenSum(column), format, limitFormat),
+        period, parent);
+}
+
+unsigned System::createTable(const std::string& name, std::function<std::size_t()> rowCount, float period,
+                             unsigned parent)
+{
+    return m_data->findOrCreate(
+        name, parent, [&] { return m_data->render.createTable(name, std::move(rowCount), period); });
+}
+
+Table* System::getTable(unsigned id)
+{
+    return m_data->tree.check(id) ? m_data->render.getTable(m_data->tree.item(id)) : nullptr;
+}
+
+void System::addTableCliboardAction(unsigned id)
+{
+    if (Table* table = getTable(id))
+        table->addAction("Copy to Clipboard",
+                         [table](std::size_t row) { setClipboardText(table->rowText(row)); });
+}
+
+std::list<std::string> System::collectWarnings() const
+{
+    std::list<std::string> warnings;
+    const Tree& tree = m_data->tree;
+    Render& render = m_data->render;
+    tree.forEachNode([&](unsigned id) {
+        const unsigned item = tree.item(id);
+        Counter* counter = render.getCounter(item);
+        // A getter may have removed the item: then there is nothing left to warn about.
+        if (counter && !counter->withinLimits() && tree.contains(id) && tree.item(id) == item)
+            warnings.push_back(tree.path(id, render));
+    });
+    return warnings;
+}
+
+} // namespace statistics

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "groups.h"
+#include "render.h"
+#include "statistics_analyzer.h"
+#include "tree.h"
+
+#include <statistics/system.h>
+
+#include <memory>
+#include <string>
+
+namespace statistics {
+
+/// The parts of the `System`, each destroyed before those above it.
+struct System::Data {
+    Data() : presetGroup(render), snapshotGroup(render) {}
+
+    /// The id of the child of that name, or of a new node for the item that `makeItem` gives. INVALID_ID,
+    /// with a report, if there is no such parent or the item's pool is full.
+    template<typename MakeItem>
+    unsigned findOrCreate(const std::string& name, unsigned parent, const MakeItem& makeItem)
+    {
+        const unsigned found = tree.findChild(parent, name, render);
+        if (found != INVALID_ID || !tree.isParent(parent))
+            return found;
+        const unsigned item = makeItem();
+        return item == INVALID_ID ? INVALID_ID : tree.addChild(item, parent);
+    }
+
+    /// Shows every record of the store in the panel. Those that are shown already stay as they are.
+    void publishSnapshots();
+
+    Tree tree;
+    Render render;
+    PresetGroup presetGroup;
+    SnapshotGroup snapshotGroup;
+    std::unique_ptr<StatisticsAnalyzer> statsAnalyzer; ///< null while snapshots are off
+
+    static std::unique_ptr<System> s_system; ///< null while the system is down
+};
+
+} // namespace statistics

@@ -1,0 +1,59 @@
+// Presets: named sets of limits, of which the user picks one on the panel.
+
+#include "system_data.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+
+#include <utility>
+
+namespace statistics {
+
+void System::createPreset(const std::string& name, const LimitMap& limits,
+                          std::unique_ptr<PresetSaveLoadParams> params)
+{
+    const std::size_t index = limitPresets.size();
+    const unsigned item = m_data->render.createPreset(
+        name, index, [this] { return activePreset; }, [this](std::size_t chosen) { choosePreset(chosen); },
+        [this](std::size_t accessed) -> LimitMap& { return lendLimits(accessed); }, std::move(params));
+    if (item == INVALID_ID)
+        return;
+    limitPresets.push_back(limits);
+    m_data->presetGroup.tree.addChild(item, m_data->presetGroup.groupNode);
+}
+
+/// A load or save functor holds the map while it creates presets: from here on there is room for all that can
+/// ever be, so that none of them moves it.
+LimitMap& System::lendLimits(std::size_t index)
+{
+    if (CallScope::active())
+        limitPresets.reserve(kMostSlots);
+    return limitPresets[index];
+}
+
+void System::choosePreset(std::size_t index)
+{
+    if (!ORV_ASSERT(index < limitPresets.size()))
+        return;
+    activePreset = index;
+    m_data->render.forEachCounter([this](ItemCounter& item) {
+        const Limit* limit = limitOf(*item.counter);
+        item.counter->setLimits(limit ? limit->min : 0.0f, limit ? limit->max : 0.0f);
+        item.printLimits();
+    });
+    ++m_data->render.layoutGeneration; // the limits' texts may be of another height
+}
+
+void System::clearPresets()
+{
+    CallScope::retire(std::exchange(limitPresets, {}));
+    m_data->presetGroup = PresetGroup(m_data->render);
+    m_data->render.clearPresets();
+}
+
+ItemPreset& System::getPreset(unsigned slot)
+{
+    return m_data->render.getPreset(slot);
+}
+
+} // namespace statistics

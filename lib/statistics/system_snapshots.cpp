@@ -1,0 +1,98 @@
+// Snapshots: the store on demand, its controls on the panel, and the taking of a snapshot.
+
+#include "system_data.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+
+#include <utility>
+
+namespace statistics {
+
+bool System::createStatsAnalyzer(const std::string& root, const std::string& folder,
+                                 std::function<void()> saveDiff)
+{
+    SnapshotGroup& group = m_data->snapshotGroup;
+    if (group.hasControls())
+        return false;
+    // "Clear tree" deletes below these two: they must not lead elsewhere.
+    if (!ORV_ASSERT(isRootName(root)) || !ORV_ASSERT(isFolderName(folder)))
+        return false;
+    m_data->statsAnalyzer = std::make_unique<StatisticsAnalyzer>(root, folder);
+    Render& render = m_data->render;
+    group.addControl(render.createSnapshotControl(std::bind(&System::takeSnapshot, this), std::move(saveDiff),
+                                                  std::bind(&System::clearSnapshots, this)));
+    group.addDiffTable(
+        render.createDiffTable([this]() -> DiffTable& { return m_data->statsAnalyzer->diffTable; }));
+    m_data->publishSnapshots();
+    return true;
+}
+
+bool System::removeStatsAnalyzer()
+{
+    if (!m_data->snapshotGroup.hasControls())
+        return false;
+    m_data->snapshotGroup = SnapshotGroup(m_data->render);
+    m_data->render.clearDiffTable();
+    m_data->render.clearSnapshotControl();
+    // "Save diff" may hold the comparison while it drops the store.
+    CallScope::retire(std::move(m_data->statsAnalyzer));
+    return true;
+}
+
+const DiffTable& System::getDiffTable()
+{
+    static const DiffTable empty;
+    if (!ORV_ASSERT_MESSAGE(m_data->statsAnalyzer,
+                            "Cannot access statistics diff table. StatsAnalyzer instance was not created."))
+        return empty;
+    return m_data->statsAnalyzer->diffTable;
+}
+
+void System::takeSnapshot()
+{
+    SnapshotValues values;
+    const Tree& tree = m_data->tree;
+    Render& render = m_data->render;
+    tree.forEachNode([&](unsigned id) {
+        const unsigned item = tree.item(id);
+        if (render.itemType(item) != ItemType::Counter)
+            return;
+        // Before the getter, which may remove the item.
+        std::string path = tree.path(id, render);
+        values.emplace_back(std::move(path), render.itemValue(item, 0));
+    });
+    // A getter may have dropped the store.
+    if (!m_data->statsAnalyzer)
+        return;
+    m_data->statsAnalyzer->saveSnapshot(std::move(values));
+    m_data->publishSnapshots();
+}
+
+void System::updateSnapshots()
+{
+    m_data->publishSnapshots();
+}
+
+void System::clearSnapshots()
+{
+    m_data->statsAnalyzer->clearSnapshots();
+    m_data->snapshotGroup.clearSnapshots();
+}
+
+void System::Data::publishSnapshots()
+{
+    statsAnalyzer->forEachSnapshot([this](const StatisticsAnalyzer::Snapshot& snapshot) {
+        const auto onChange = [this, index = snapshot.index](bool compared) {
+            if (!statsAnalyzer)
+                return;
+            if (compared)
+                statsAnalyzer->addToDiff(index);
+            else
+                statsAnalyzer->removeFromDiff(index);
+        };
+        snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render);
+    });
+}
+
+} // namespace statistics
