@@ -1,8 +1,8 @@
-// Reads back from ImGui's draw data what a person would see in the frame: the texts, where they stand and in
-// which colour, and the filled rectangles. Nothing here knows which widgets drew them.
+// Reads back from ImGui's draw data what a person would see in a frame: the texts with place and colour, and
+// the filled rectangles. Nothing here knows which widgets drew them.
 //
 // Limits: texts are known by the glyphs of the default font at its normal size; a glyph counts as seen when
-// its centre is inside the clip rectangle and the display; windows that hide others are not taken into
+// its centre is inside the clip rectangle and the display; that a window hides another isn't taken into
 // account.
 #pragma once
 
@@ -21,41 +21,36 @@ struct Rect {
     ImU32 color;
 
     ImVec2 center() const { return {(min.x + max.x) / 2, (min.y + max.y) / 2}; }
-    float width() const { return max.x - min.x; }
-    float height() const { return max.y - min.y; }
-    bool contains(ImVec2 point) const
-    {
-        return point.x >= min.x && point.x < max.x && point.y >= min.y && point.y < max.y;
-    }
+    ImVec2 size() const { return {max.x - min.x, max.y - min.y}; }
+    bool contains(ImVec2 p) const { return p.x >= min.x && p.x < max.x && p.y >= min.y && p.y < max.y; }
 };
 
 // A run of glyphs on one line. Spaces leave no trace in the draw data: one or two between glyphs are told by
-// the distance, a wider gap starts a new Text, and those at the ends are lost. Texts in different columns are
-// always different Texts.
+// the distance, a wider gap starts a new Text, and those at the ends are lost. Columns never share a Text.
 struct Text {
     std::string text; // UTF-8
-    ImVec2 min, max;  // from the first glyph's origin to behind the last one, the font's full height
+    ImVec2 min, max;  // as wide as the pen went, as high as the font
     ImU32 color;
-    std::string window; // name of the window that drew it
-    int line;           // texts with the same number stand side by side in one window
+    std::string window; // that drew it
+    std::size_t line;   // its index in Frame::lines(); texts side by side in one window share a line
 
     ImVec2 center() const { return {(min.x + max.x) / 2, (min.y + max.y) / 2}; }
 };
 
-// The pointers that the queries give live as long as the Frame.
 struct Frame {
     std::vector<Text> texts; // as one reads: windows from back to front, lines downwards, from left to right
     std::vector<Rect> rects; // in the order of drawing, rounded ones included
-    std::vector<Rect> marks; // bounds of all other solid shapes: arrows, check marks, borders, lines
+    std::vector<Rect> marks; // bounds of all other shapes: arrows, check marks, borders, lines
 
+    // The nth text of that wording, null if there are fewer.
     const Text* find(std::string_view exact, std::size_t nth = 0) const;
     const Text* findContaining(std::string_view part) const;
-    std::vector<const Text*> findAll(std::string_view exact) const;
+    std::vector<Text> findAll(std::string_view exact) const;
     bool contains(std::string_view part) const { return findContaining(part) != nullptr; }
-    std::vector<const Text*> textsOnLineOf(const Text& text) const;
+    std::vector<Text> textsOnLineOf(const Text& text) const;
     std::vector<std::string> lines(std::string_view separator = " | ") const;
     std::vector<Rect> rectsOf(ImU32 color) const;
-    std::vector<Rect> rectsAt(ImVec2 point) const; // from back to front
+    std::vector<Rect> rectsAt(ImVec2 point) const;
 };
 
 // Reads a frame of the current context; to be called between its Render and the next NewFrame.

@@ -2,145 +2,118 @@
 
 #include "balance.h"
 
+#include <imgui_internal.h>
+
+#include <algorithm>
 #include <cmath>
-#include <exception>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace test {
 namespace {
 
-constexpr float kFrameTime = 1.0F / 60; // seconds
-// ImGui shows a new popup in the second frame after it was opened, and knows what is hovered one frame late.
+// ImGui shows a popup in the second frame after it was opened and knows one frame late what is hovered.
 constexpr int kSettleFrames = 2;
 
-void feedPosition(ImVec2 point)
-{
 #if IMGUI_VERSION_NUM >= 18700
-    ImGui::GetIO().AddMousePosEvent(point.x, point.y);
-#else
-    ImGui::GetIO().MousePos = point;
-#endif
-}
-
-void feedButton(EButton button, bool down)
+void feedPosition(ImGuiIO& io, ImVec2 point)
 {
-#if IMGUI_VERSION_NUM >= 18700
-    ImGui::GetIO().AddMouseButtonEvent(button, down);
-#else
-    ImGui::GetIO().MouseDown[button] = down;
-#endif
+    io.AddMousePosEvent(point.x, point.y);
 }
-
-void feedWheel(float dx, float dy)
+void feedButton(ImGuiIO& io, EButton button, bool down)
 {
-#if IMGUI_VERSION_NUM >= 18700
-    ImGui::GetIO().AddMouseWheelEvent(dx, dy);
-#else
-    ImGui::GetIO().MouseWheelH = dx;
-    ImGui::GetIO().MouseWheel = dy;
-#endif
+    io.AddMouseButtonEvent(button, down);
 }
+void feedWheel(ImGuiIO& io, float dx, float dy)
+{
+    io.AddMouseWheelEvent(dx, dy);
+}
+#else
+void feedPosition(ImGuiIO& io, ImVec2 point)
+{
+    io.MousePos = point;
+}
+void feedButton(ImGuiIO& io, EButton button, bool down)
+{
+    io.MouseDown[button] = down;
+}
+void feedWheel(ImGuiIO& io, float dx, float dy)
+{
+    io.MouseWheelH = dx;
+    io.MouseWheel = dy;
+}
+#endif
 
 #ifdef IMGUI_HAS_TEXTURES
-// Stands for a renderer that did what ImGui wants with its textures.
-void acknowledgeTextures()
+void prepareFonts(ImGuiIO& io)
 {
-    for (ImTextureData* texture : ImGui::GetPlatformIO().Textures) {
-        if (texture->Status == ImTextureStatus_WantDestroy) {
-            texture->SetTexID(ImTextureID_Invalid);
-            texture->SetStatus(ImTextureStatus_Destroyed);
-        } else if (texture->Status != ImTextureStatus_Destroyed) {
-            texture->SetTexID(1);
-            texture->SetStatus(ImTextureStatus_OK);
-        }
-    }
+    io.BackendFlags |= ImGuiBackendFlags_RendererHasTextures;
 }
 
-void releaseTextures()
+// Stands for a renderer that has done what ImGui wants with its textures.
+void settleTextures(bool keep)
 {
     for (ImTextureData* texture : ImGui::GetPlatformIO().Textures) {
-        texture->SetTexID(ImTextureID_Invalid);
-        texture->SetStatus(ImTextureStatus_Destroyed);
+        const bool alive = keep && texture->Status != ImTextureStatus_WantDestroy;
+        texture->SetTexID(alive ? 1 : ImTextureID_Invalid);
+        texture->SetStatus(alive ? ImTextureStatus_OK : ImTextureStatus_Destroyed);
     }
-}
-
-void prepareFonts()
-{
-    ImGui::GetIO().BackendFlags |= ImGuiBackendFlags_RendererHasTextures;
 }
 #else
-void acknowledgeTextures() {}
-void releaseTextures() {}
-
-void prepareFonts()
+void prepareFonts(ImGuiIO& io)
 {
-    unsigned char* pixels = nullptr;
-    int width = 0;
-    int height = 0;
-    ImGui::GetIO().Fonts->GetTexDataAsRGBA32(&pixels, &width, &height);
+    io.Fonts->Build();
 }
+void settleTextures(bool) {}
 #endif
-
-std::exception_ptr run(const std::function<void()>& scene)
-{
-    try {
-        if (scene) {
-            scene();
-        }
-    } catch (...) {
-        return std::current_exception();
-    }
-    return nullptr;
-}
-
-bool sameColor(ImU32 a, ImU32 b)
-{
-    return ((a ^ b) & ~IM_COL32_A_MASK) == 0;
-}
 
 } // namespace
 
 Offscreen::Offscreen(ImVec2 displaySize)
-    : m_previous(ImGui::GetCurrentContext()), m_context(ImGui::CreateContext())
+    : m_previous(ImGui::GetCurrentContext()), m_context(ImGui::CreateContext()), m_scene([] {})
 {
-    ImGui::SetCurrentContext(m_context);
-    ImGuiIO& io = ImGui::GetIO();
-    io.IniFilename = nullptr;
-    io.LogFilename = nullptr;
-    io.DisplaySize = displaySize;
-    io.DeltaTime = kFrameTime;
-    prepareFonts();
+    io().IniFilename = nullptr;
+    io().DisplaySize = displaySize;
+    io().BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
+    prepareFonts(io());
 }
 
 Offscreen::~Offscreen()
 {
     ImGui::SetCurrentContext(m_context);
-    releaseTextures();
+    settleTextures(false);
     ImGui::DestroyContext();
     ImGui::SetCurrentContext(m_previous);
 }
 
-void Offscreen::setScene(std::function<void()> scene)
+ImGuiIO& Offscreen::io()
 {
-    m_scene = std::move(scene);
+    ImGui::SetCurrentContext(m_context);
+    return ImGui::GetIO();
 }
 
 void Offscreen::frame()
 {
-    ImGui::SetCurrentContext(m_context);
+    io().DeltaTime = std::exchange(m_nextFrameTime, kFrameTime);
     m_read.reset();
     ImGui::NewFrame();
     const OpenScopes before = openScopes();
-    const std::exception_ptr thrown = run(m_scene);
-    m_imbalance = describeImbalance(before, openScopes());
-    closeOpenScopes();
-    ImGui::Render();
-    acknowledgeTextures();
-    if (thrown) {
-        feedButton(EButtonLeft, false);
-        feedButton(EButtonRight, false);
-        std::rethrow_exception(thrown);
+    const auto finish = [&] {
+        m_imbalance = describeImbalance(before, openScopes());
+        closeOpenScopes();
+        ImGui::Render();
+        settleTextures(true);
+    };
+    try {
+        m_scene();
+    } catch (...) {
+        finish();
+        feedButton(io(), EButtonLeft, false);
+        feedButton(io(), EButtonRight, false);
+        throw;
     }
+    finish();
 }
 
 void Offscreen::frames(int count)
@@ -162,47 +135,28 @@ const Frame& Offscreen::read()
 
 const Text& Offscreen::text(std::string_view exact, std::size_t nth)
 {
-    if (const Text* found = read().find(exact, nth)) {
-        return *found;
+    const Text* found = read().find(exact, nth);
+    if (!found) {
+        reportMissing("text", exact, nth);
     }
-    std::string message = "no text \"" + std::string(exact) + "\" (#" + std::to_string(nth) + ") among:\n";
-    for (const std::string& line : read().lines()) {
-        message += "  " + line + "\n";
-    }
-    throw std::runtime_error(message);
-}
-
-// In one long frame the last click gets too old to be the first of a double click.
-void Offscreen::pause()
-{
-    ImGui::SetCurrentContext(m_context);
-    ImGuiIO& io = ImGui::GetIO();
-    io.DeltaTime = io.MouseDoubleClickTime * 2;
-    const std::exception_ptr thrown = run([this] { frame(); });
-    io.DeltaTime = kFrameTime;
-    if (thrown) {
-        std::rethrow_exception(thrown);
-    }
+    return *found;
 }
 
 void Offscreen::moveTo(ImVec2 point)
 {
-    ImGui::SetCurrentContext(m_context);
-    feedPosition(point);
+    feedPosition(io(), point);
     frames(kSettleFrames);
 }
 
-void Offscreen::press(EButton button)
+void Offscreen::pressOrRelease(EButton button, bool down)
 {
-    ImGui::SetCurrentContext(m_context);
-    feedButton(button, true);
+    feedButton(io(), button, down);
     frames(kSettleFrames);
 }
 
-void Offscreen::release(EButton button)
+void Offscreen::wheel(float dx, float dy)
 {
-    ImGui::SetCurrentContext(m_context);
-    feedButton(button, false);
+    feedWheel(io(), dx, dy);
     frames(kSettleFrames);
 }
 
@@ -212,6 +166,13 @@ void Offscreen::click(ImVec2 point, EButton button)
     pause();
     press(button);
     release(button);
+}
+
+// In one long frame the last click gets too old to be the first half of a double click.
+void Offscreen::pause()
+{
+    m_nextFrameTime = 2 * io().MouseDoubleClickTime;
+    frame();
 }
 
 void Offscreen::doubleClick(ImVec2 point)
@@ -231,37 +192,56 @@ void Offscreen::drag(ImVec2 from, ImVec2 to)
     release();
 }
 
-void Offscreen::wheel(float dx, float dy)
+Rect Offscreen::window(std::string_view name)
 {
     ImGui::SetCurrentContext(m_context);
-    feedWheel(dx, dy);
-    frames(kSettleFrames);
+    const ImGuiWindow* found = ImGui::FindWindowByName(std::string(name).c_str());
+    if (!found || !found->WasActive) {
+        reportMissing("window", name);
+    }
+    return {found->Pos, ImVec2(found->Pos.x + found->Size.x, found->Pos.y + found->Size.y), 0};
 }
 
-// A box is as wide as high and stands next to its caption, with a gap of the style's.
+void Offscreen::clickClose(std::string_view windowName)
+{
+    const Rect frame = window(windowName);
+    const ImVec2 padding = ImGui::GetStyle().FramePadding;
+    const float half = ImGui::GetFontSize() / 2;
+    click(ImVec2(frame.max.x - padding.x - half, frame.min.y + padding.y + half));
+}
+
+// A box is as wide as high and stands left of its caption at the distance of the style.
 Rect Offscreen::box(std::string_view caption, std::size_t nth)
 {
     const Text& label = text(caption, nth);
     const float reach = ImGui::GetStyle().ItemInnerSpacing.x + ImGui::GetStyle().ItemSpacing.x;
     for (const Rect& rect : read().rects) {
-        const bool isSquare = std::fabs(rect.width() - rect.height()) < 1;
         const float gap = label.min.x - rect.max.x;
-        if (isSquare && gap >= 0 && gap <= reach && rect.contains(ImVec2(rect.min.x, label.center().y))) {
+        if (std::fabs(rect.size().x - rect.size().y) < 1 && gap >= 0 && gap <= reach &&
+            rect.contains(ImVec2(rect.min.x, label.center().y))) {
             return rect;
         }
     }
-    throw std::runtime_error("no check box left of \"" + std::string(caption) + "\"");
+    reportMissing("check box", caption, nth);
 }
 
 bool Offscreen::ticked(std::string_view caption, std::size_t nth)
 {
     const Rect frame = box(caption, nth);
-    for (const Rect& mark : read().marks) {
-        if (frame.contains(mark.center()) && sameColor(mark.color, ImGui::GetColorU32(ImGuiCol_CheckMark))) {
-            return true;
-        }
+    const ImU32 color = ImGui::GetColorU32(ImGuiCol_CheckMark);
+    return std::any_of(read().marks.begin(), read().marks.end(), [&](const Rect& mark) {
+        return mark.color == color && frame.contains(mark.center());
+    });
+}
+
+void Offscreen::reportMissing(std::string_view kind, std::string_view name, std::size_t nth)
+{
+    std::ostringstream message;
+    message << "no " << kind << " \"" << name << "\" #" << nth << " in the frame, which shows:\n";
+    for (const std::string& line : read().lines()) {
+        message << "  " << line << '\n';
     }
-    return false;
+    throw std::runtime_error(message.str());
 }
 
 std::string Offscreen::clipboard()
