@@ -1,0 +1,83 @@
+#include "app.h"
+
+#include "files.h"
+#include "watch.h"
+
+#include <statistics/statistics.h>
+
+#include <cstdio>
+
+namespace demo {
+
+using statistics::System;
+
+App::LibraryLife::LibraryLife()
+{
+    // A report is a mistake of this program: it belongs where its author looks.
+    statistics::setReportHandler([](const char* text) { std::fprintf(stderr, "statistics_demo: %s", text); });
+    System::initialize();
+}
+
+App::LibraryLife::~LibraryLife()
+{
+    System::shutdown();
+    statistics::setReportHandler({});
+}
+
+App::App(const Options& options)
+    : m_processPeriod(kProcessPeriod),
+      m_machinePeriod(kMachinePeriod),
+      m_presets(userFolder(options.configFolder, "XDG_CONFIG_HOME", ".config")),
+      m_snapshots(userFolder(options.stateFolder, "XDG_STATE_HOME", ".local/state"), m_notices)
+{
+    describe();
+    m_presets.create();
+    m_snapshots.create();
+}
+
+void App::describe()
+{
+    watchFrame(m_book, m_clock);
+    watchWork(m_book, m_particles);
+    const unsigned process = watchProcess(m_book, m_process);
+    m_threads.emplace(m_book, process, m_notices);
+    m_mappings.emplace(m_book, process, m_notices);
+    const unsigned machine = watchMachine(m_book, m_machine);
+    m_processes.emplace(m_book, machine, m_notices);
+}
+
+void App::work(bool hold)
+{
+    const float dt = m_clock.nextFrame();
+    {
+        const auto timer = m_clock.time(EStage::Simulation);
+        m_particles.advance(dt);
+    }
+    if (!m_settings.samplingPaused) {
+        const auto timer = m_clock.time(EStage::Probes);
+        probe(dt, hold);
+    }
+    const auto timer = m_clock.time(EStage::Sampling);
+    System::instance()->update(dt, !m_settings.samplingPaused);
+}
+
+void App::probe(float dt, bool hold)
+{
+    if (m_processPeriod.due(dt)) {
+        m_process.read();
+        m_particles.measure();
+    }
+    if (m_machinePeriod.due(dt))
+        m_machine.read();
+    m_threads->refresh(dt, hold);
+    m_mappings->refresh(dt, hold);
+    m_processes->refresh(dt, hold);
+}
+
+void App::pace()
+{
+    const auto timer = m_clock.time(EStage::Pacing);
+    m_pacer.wait(m_settings.frameRateLimit);
+}
+
+} // namespace demo

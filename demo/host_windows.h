@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app.h"
+
+#include <list>
+#include <string>
+
+namespace demo {
+
+/// What the program draws besides the library's panel: the scene, and windows for its settings, for warnings,
+/// and for the details of a row.
+class HostWindows {
+public:
+    explicit HostWindows(App& app) : m_app(app) {}
+
+    /// Draws everything, the panel included, in an ImGui frame.
+    void draw(float dt);
+    void onKey(int key);
+
+private:
+    void drawScene() const;
+    void drawSettings();
+    void drawWork();
+    void drawFolders();
+    void drawPanel();
+    void drawWarnings(float dt);
+    void drawDetails();
+
+    App& m_app;
+    std::list<std::string> m_warnings; // as last collected
+    Period m_warningPeriod{0.25f};
+};
+
+} // namespace demo

@@ -1,0 +1,133 @@
+/// A real-time program that watches itself with the library. Here: the command line and the frame loop.
+
+#include "app.h"
+#include "files.h"
+#include "host_windows.h"
+#include "options.h"
+#include "screen_report.h"
+#include "window.h"
+
+#include <imgui.h>
+#include <statistics/statistics.h>
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <system_error>
+
+namespace {
+
+using demo::App;
+using demo::EStage;
+using demo::Options;
+
+int list(const App& app)
+{
+    for (const std::string& path : app.book().paths())
+        std::printf("%s\n", path.c_str());
+    return 0;
+}
+
+/// Runs without a window. Each counter that is outside its limits at some moment is told once. What is
+/// averaged over time gets half a second first to settle.
+int check(App& app, double seconds)
+{
+    constexpr double kSettling = 0.5;
+    std::set<std::string> told;
+    demo::Period period(0.25f);
+    const double start = demo::clockSeconds();
+    double before = start;
+    for (double now = start; now - start < seconds + kSettling; now = demo::clockSeconds()) {
+        app.work(false);
+        app.pace();
+        const auto dt = static_cast<float>(now - before);
+        before = now;
+        if (now - start < kSettling || !period.due(dt))
+            continue;
+        for (const std::string& path : statistics::System::instance()->collectWarnings()) {
+            if (told.insert(path).second)
+                std::printf("%s\n", path.c_str());
+        }
+    }
+    return told.empty() ? 0 : 1;
+}
+
+/// True if the user or the command line wants the program to end.
+bool isOver(const Options& options, const demo::Window& window, unsigned frames, double seconds)
+{
+    return window.closed() || (options.frames && frames >= *options.frames) ||
+           (options.seconds && seconds >= *options.seconds);
+}
+
+int run(App& app, const Options& options)
+{
+    const auto state = demo::userFolder(options.stateFolder, "XDG_STATE_HOME", ".local/state");
+    std::error_code error; // without the folder the layout isn't kept, no more
+    std::filesystem::create_directories(state, error);
+    const std::string layout = (state / "layout.ini").string();
+    demo::Window window(layout.c_str());
+    demo::HostWindows windows(app);
+    demo::ScreenReport report(options.screenFile);
+    const double start = demo::clockSeconds();
+    bool menuOpen = false;
+    for (unsigned frames = 0; !isOver(options, window, frames, demo::clockSeconds() - start); ++frames) {
+        app.work(menuOpen);
+        {
+            const auto timer = app.clock().time(EStage::Events);
+            window.pollEvents([&windows](int key) { windows.onKey(key); });
+        }
+        {
+            const auto timer = app.clock().time(EStage::Panel);
+            window.beginFrame();
+            windows.draw(ImGui::GetIO().DeltaTime);
+            menuOpen = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
+            window.endFrame();
+        }
+        report.tell(ImGui::GetIO().DeltaTime);
+        {
+            const auto timer = app.clock().time(EStage::Rendering);
+            window.render();
+        }
+        {
+            const auto timer = app.clock().time(EStage::Presenting);
+            window.present();
+        }
+        app.pace();
+    }
+    return 0;
+}
+
+int start(const Options& options)
+{
+    App app(options);
+    if (!app.choosePreset(options.preset)) {
+        std::fprintf(stderr, "statistics_demo: no preset is called '%s'; there are:\n",
+                     options.preset.c_str());
+        for (const std::string& name : app.presets().names())
+            std::fprintf(stderr, "  %s\n", name.c_str());
+        return 2;
+    }
+    if (options.list)
+        return list(app);
+    if (options.check)
+        return check(app, *options.check);
+    return run(app, options);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    int exitCode = 0;
+    const auto options = demo::parseOptions(argc, argv, exitCode);
+    if (!options)
+        return exitCode;
+    try {
+        return start(*options);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "statistics_demo: %s\n", error.what());
+        return 3;
+    }
+}
