@@ -36,7 +36,8 @@ TEST_F(Support, textsAreReadLineByLineEachColumnForItself)
     show([] {
         ImGui::TextUnformatted("100 % of it, \xC3\xA9t\xC3\xA9 %s");
         ImGui::Columns(3, "set");
-        for (const char* cell : {"name", "two  words", "3", "a", "b", "c"}) {
+        ImGui::SetColumnWidth(0, 42); // the gap to the next column is that of two spaces
+        for (const char* cell : {"left", "two  words", "3"}) {
             ImGui::TextUnformatted(cell);
             ImGui::NextColumn();
         }
@@ -46,7 +47,7 @@ TEST_F(Support, textsAreReadLineByLineEachColumnForItself)
         ImGui::TextColored(ImVec4(1, 0, 0, 1), "red");
     });
     EXPECT_EQ(ui.read().lines(), (Lines{"Window", "100 % of it, \xC3\xA9t\xC3\xA9 %s",
-                                        "name | two  words | 3", "a | b | c", "Button | red"}));
+                                        "left | two  words | 3", "Button | red"}));
     EXPECT_EQ(ui.text("red").color, IM_COL32(255, 0, 0, 255));
     EXPECT_EQ(ui.read().textsOnLineOf(ui.text("red")).front().text, "Button");
 }
@@ -54,9 +55,9 @@ TEST_F(Support, textsAreReadLineByLineEachColumnForItself)
 TEST_F(Support, whatIsClippedIsNotRead)
 {
     show([] {
-        ImGui::BeginChild("narrow", ImVec2(35, 200), false, ImGuiWindowFlags_NoScrollbar);
-        ImGui::TextUnformatted("12345hidden"); // a glyph is 7 wide
-        ImGui::Button("67890hidden", ImVec2(35, 0));
+        ImGui::BeginChild("narrow", ImVec2(38, 200), false, ImGuiWindowFlags_NoScrollbar);
+        ImGui::TextUnformatted("12345hidden"); // a glyph is 7 wide: less than half of the sixth is seen
+        ImGui::Button("67890hidden", ImVec2(34, 0));
         ImGui::Dummy(ImVec2(1, 300));
         ImGui::TextUnformatted("below");
         ImGui::EndChild();

@@ -239,7 +239,7 @@ void Offscreen::reportMissing(std::string_view kind, std::string_view name, std:
     std::ostringstream message;
     message << "no " << kind << " \"" << name << "\" #" << nth << " in the frame, which shows:\n";
     for (const std::string& line : read().lines()) {
-        message << "  " << line << '\n';
+        message << "  " << line.substr(0, 200) << '\n';
     }
     throw std::runtime_error(message.str());
 }
