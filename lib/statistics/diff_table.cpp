@@ -1,8 +1,10 @@
 #include <statistics/diff_table.h>
 
+#include "name_index.h"
+
 #include <algorithm>
-#include <string_view>
-#include <unordered_map>
+#include <cstdint>
+#include <optional>
 
 namespace statistics {
 
@@ -11,17 +13,29 @@ namespace {
 /// What a snapshot shows for a caption that it doesn't have.
 constexpr int kFiller = 0;
 
-/// Rows by caption, for the time of one bulk addition. The views stay good as long as the rows don't move.
-using RowsByCaption = std::unordered_map<std::string_view, std::size_t>;
+constexpr std::size_t kUsualColumns = 4; ///< room in a new row
+constexpr unsigned kNoRow = static_cast<unsigned>(-1);
 
-RowsByCaption rowsByCaption(const std::vector<DiffTableRow>& rows)
-{
-    RowsByCaption positions;
-    positions.reserve(rows.capacity());
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        positions.emplace(rows[row].caption, row);
-    return positions;
-}
+/// Finds rows by caption, for the time of one bulk addition.
+class RowFinder {
+public:
+    RowFinder(const std::vector<DiffTableRow>& rows, std::size_t expected) : m_rows(rows)
+    {
+        m_index.reset(rows.size() + expected);
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            add(hash(rows[row].caption), row);
+    }
+    static std::uint32_t hash(const std::string& caption) { return NameIndex::hash(0, caption); }
+    void add(std::uint32_t hash, std::size_t row) { m_index.add(hash, static_cast<unsigned>(row)); }
+    unsigned find(std::uint32_t hash, const std::string& caption) const
+    {
+        return m_index.find(hash, kNoRow, [&](unsigned row) { return m_rows[row].caption == caption; });
+    }
+
+private:
+    const std::vector<DiffTableRow>& m_rows;
+    NameIndex m_index;
+};
 
 } // namespace
 
@@ -49,22 +63,29 @@ std::size_t DiffTable::addRow(const std::string& caption)
 
 std::size_t DiffTable::appendRow(const std::string& caption)
 {
-    m_rows.push_back({caption, std::vector<CounterValue>(m_columns.size(), kFiller), false});
+    DiffTableRow& row = m_rows.emplace_back();
+    row.caption = caption;
+    row.values.reserve(kUsualColumns);
+    row.values.assign(m_columns.size(), kFiller);
     return m_rows.size() - 1;
 }
 
 void DiffTable::addEntries(std::size_t column, const Entries& entries)
 {
     m_rows.reserve(m_rows.size() + entries.size());
-    RowsByCaption positions;
+    std::optional<RowFinder> finder;
     std::size_t expected = 0;
     for (const auto& [caption, value] : entries) {
         // Snapshots of one program mostly hold the same captions in the same order: look there first.
         if (expected >= m_rows.size() || m_rows[expected].caption != caption) {
-            if (positions.empty())
-                positions = rowsByCaption(m_rows);
-            const auto [found, added] = positions.try_emplace(caption, m_rows.size());
-            expected = added ? appendRow(caption) : found->second;
+            if (!finder)
+                finder.emplace(m_rows, entries.size());
+            const std::uint32_t hash = RowFinder::hash(caption);
+            expected = finder->find(hash, caption);
+            if (expected == kNoRow) {
+                expected = appendRow(caption);
+                finder->add(hash, expected);
+            }
         }
         setValue(expected++, column, value);
     }

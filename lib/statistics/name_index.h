@@ -7,11 +7,12 @@
 
 namespace statistics {
 
-/// Finds tree nodes by the hash of their parent and name: a flat table, derived from the tree.
+/// Finds positions by the hash of a name, or of a tree node's parent and name: a flat table, derived from
+/// what it is an index of.
 ///
-/// Entries are never taken out. The tree checks what is found against the nodes themselves, so entries of
-/// nodes that are gone do no harm until the table is filled anew, which happens whenever it is full. Among
-/// equal hashes the entry added first is found first.
+/// Entries are never taken out. Whoever searches checks what is found against the things themselves, so
+/// entries of things that are gone do no harm until the table is filled anew. Among equal hashes the entry
+/// added first is found first.
 class NameIndex {
 public:
     static std::uint32_t hash(unsigned parent, std::string_view name);

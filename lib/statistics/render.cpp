@@ -42,10 +42,20 @@ template<typename Item>
 bool isDue(Item& item, float dt)
 {
     const float elapsed = dt + item.timer;
-    const bool due = !(dt >= 0.0f) || !(item.period >= 0.0f) || elapsed >= item.period;
+    // Whatever isn't a number, in `dt` or in the period, makes the item due.
+    const bool waits = dt >= 0.0f && elapsed < item.period;
     // Before the sampling: an item whose functor throws waits for its period like any other.
-    item.timer = due ? 0.0f : elapsed;
-    return due;
+    item.timer = waits ? elapsed : 0.0f;
+    return !waits;
+}
+
+/// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
+/// it reads may be gone with the counter.
+void retireCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
+{
+    if (counters.contains(slot))
+        counters[slot].counter->hasLimits = false;
+    retire(counters, slot);
 }
 
 void reportWrongType()
@@ -127,7 +137,7 @@ void Render::removeItem(unsigned id)
     case ItemType::Label:
         return labels.erase(slot);
     case ItemType::Counter:
-        return retire(counters, slot);
+        return retireCounter(counters, slot);
     case ItemType::Table:
         return retire(tables, slot);
     case ItemType::Preset:

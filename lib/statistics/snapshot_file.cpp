@@ -6,6 +6,7 @@
 
 #include "format.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <filesystem>
@@ -27,7 +28,6 @@ namespace statistics {
 namespace {
 
 constexpr char kDelimiter = '\t';
-constexpr const char* kWhiteSpace = " \t\n\v\f\r";
 
 /// `strtof` with the point of the "C" locale. Text that doesn't begin with a number gives zero.
 float parseFloat(const char* text)
@@ -41,17 +41,23 @@ float parseFloat(const char* text)
 #endif
 }
 
+bool isWhiteSpace(char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
 /// Appends the entry that a line holds. False if the line has no tab, or nothing but white space behind it.
 bool readEntry(const std::string& line, SnapshotValues& values)
 {
     const std::size_t tab = line.find(kDelimiter);
     if (tab == std::string::npos)
         return false;
-    const std::size_t token = line.find_first_not_of(kWhiteSpace, tab + 1);
-    if (token == std::string::npos)
+    const auto token =
+        std::find_if_not(line.begin() + static_cast<std::ptrdiff_t>(tab), line.end(), isWhiteSpace);
+    if (token == line.end())
         return false;
     // A number never holds white space, so it ends with its token at the latest.
-    values.emplace_back(line.substr(0, tab), parseFloat(line.c_str() + token));
+    values.emplace_back(std::string(line, 0, tab), parseFloat(&*token));
     return true;
 }
 

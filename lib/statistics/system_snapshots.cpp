@@ -54,13 +54,13 @@ void System::takeSnapshot()
     SnapshotValues values;
     const Tree& tree = m_data->tree;
     Render& render = m_data->render;
+    values.reserve(render.counters.size());
+    PathTrail trail;
     tree.forEachNode([&](unsigned id) {
         const unsigned item = tree.item(id);
-        if (render.itemType(item) != ItemType::Counter)
-            return;
-        // Before the getter, which may remove the item.
-        std::string path = tree.path(id, render);
-        values.emplace_back(std::move(path), render.itemValue(item, 0));
+        const std::string& path = trail.enter(tree.depth(id), render.itemName(item));
+        if (render.itemType(item) == ItemType::Counter)
+            values.emplace_back(path, render.itemValue(item, 0));
     });
     // A getter may have dropped the store.
     if (!m_data->statsAnalyzer)

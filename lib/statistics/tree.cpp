@@ -13,12 +13,6 @@ namespace {
 constexpr unsigned kFirstSlots = 100;
 constexpr char kSeparator = '/';
 
-/// A node whose children are being walked.
-struct Step {
-    unsigned node;
-    std::size_t position;
-};
-
 } // namespace
 
 Tree::Tree()
@@ -144,27 +138,6 @@ std::size_t Tree::positionBehind(unsigned parent, std::size_t position, unsigned
         return position + 1;
     const auto found = std::find(children.begin(), children.end(), child);
     return found != children.end() ? static_cast<std::size_t>(found - children.begin()) + 1 : position;
-}
-
-void Tree::forEachNode(const std::function<void(unsigned)>& visit) const
-{
-    const CallScope call;
-    std::vector<Step> steps;
-    if (!m_nodes.empty())
-        steps.push_back({m_nodes.begin(), 0});
-    while (!steps.empty()) {
-        const Step step = steps.back();
-        if (!m_nodes.contains(step.node) || step.position >= m_nodes[step.node].children.size()) {
-            steps.pop_back();
-            continue;
-        }
-        const unsigned child = m_nodes[step.node].children[step.position];
-        visit(child);
-        if (m_nodes.contains(step.node))
-            steps.back().position = positionBehind(step.node, step.position, child);
-        if (m_nodes.contains(child) && m_nodes[child].parent == step.node)
-            steps.push_back({child, 0});
-    }
 }
 
 void Tree::forEach(const std::function<void(unsigned, unsigned)>& visit) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "call_scope.h"
 #include "free_slot_vector.h"
 #include "name_index.h"
 #include "render.h"
@@ -47,11 +48,13 @@ public:
     /// Calls `visit` with the item of every node but the root, and with its parent's item: parents first.
     void forEach(const std::function<void(unsigned item, unsigned parentItem)>& visit) const;
     /// The same with node ids. `visit` may change the tree.
-    void forEachNode(const std::function<void(unsigned id)>& visit) const;
+    template<typename Visit>
+    void forEachNode(const Visit& visit) const;
     /// The sum over a node's direct children; `Render::itemValue` tells what `column` means.
     CounterValue sumChildren(unsigned node, std::size_t column, Render& render) const;
 
     unsigned item(unsigned id) const { return m_nodes[id].item; }
+    unsigned depth(unsigned id) const { return m_nodes[id].depth; }
     /// True if the node exists; makes no report.
     bool contains(unsigned id) const { return m_nodes.contains(id); }
     /// The same, with a report if it doesn't.
@@ -64,6 +67,11 @@ public:
     free_slot_vector<Node> m_nodes;
 
 private:
+    /// A node whose children are being walked.
+    struct Step {
+        unsigned node;
+        std::size_t position;
+    };
     class LevelScope;
 
     void drawNode(Render& render, unsigned id);
@@ -81,6 +89,48 @@ private:
     std::vector<float> m_lineHeights; ///< by node, spacing included; 0 until the line was drawn
     widgets::LineMetrics m_lineMetrics{};
     unsigned m_layoutGeneration = 0;
+};
+
+template<typename Visit>
+void Tree::forEachNode(const Visit& visit) const
+{
+    const CallScope call;
+    std::vector<Step> steps;
+    if (!m_nodes.empty())
+        steps.push_back({m_nodes.begin(), 0});
+    while (!steps.empty()) {
+        const Step step = steps.back();
+        if (!m_nodes.contains(step.node) || step.position >= m_nodes[step.node].children.size()) {
+            steps.pop_back();
+            continue;
+        }
+        const unsigned child = m_nodes[step.node].children[step.position];
+        visit(child);
+        if (m_nodes.contains(step.node))
+            steps.back().position = positionBehind(step.node, step.position, child);
+        if (m_nodes.contains(child) && m_nodes[child].parent == step.node && !m_nodes[child].children.empty())
+            steps.push_back({child, 0});
+    }
+}
+
+/// Builds the paths of nodes that come in the order of a walk.
+class PathTrail {
+public:
+    /// The names from the first level down to this node, joined by "/". Good until the next call.
+    const std::string& enter(unsigned depth, const std::string& name)
+    {
+        m_ends.resize(depth, 0);
+        m_path.resize(depth > 1 ? m_ends[depth - 2] : 0);
+        if (!m_path.empty())
+            m_path += '/';
+        m_path += name;
+        m_ends[depth - 1] = m_path.size();
+        return m_path;
+    }
+
+private:
+    std::string m_path;
+    std::vector<std::size_t> m_ends; ///< of the path at each depth, down to the present one
 };
 
 } // namespace statistics

@@ -57,9 +57,9 @@ public:
     T& operator[](index_type idx) { return const_cast<T&>(std::as_const(*this)[idx]); }
     const T& operator[](index_type idx) const
     {
-        if (!check(idx) || !slots_[idx].isLive())
-            throw std::bad_variant_access();
-        return slots_[idx].element();
+        if (idx < size() && slots_[idx].isLive())
+            return slots_[idx].element();
+        failAccess(idx);
     }
 
     /// Builds an element from `args` in the slot that `nextIndex` names. If the constructor throws, the slot
@@ -159,6 +159,12 @@ private:
     static bool check(const Slot& slot)
     {
         return ORV_ASSERT(!slot.isFree() && "Try to access unreferenced slot!");
+    }
+
+    [[noreturn]] void failAccess(index_type idx) const
+    {
+        check(idx);
+        throw std::bad_variant_access();
     }
 
     index_type firstUsed(index_type idx) const

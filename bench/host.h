@@ -1,0 +1,62 @@
+// A host without a window for the benchmarks, and the scenes that several of them measure.
+#pragma once
+
+#include "support/test_access.h"
+
+#include <statistics/statistics.h>
+
+#include <imgui.h>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// Owns an ImGui context; `frame` draws one frame without showing it.
+class Host {
+public:
+    explicit Host(float height);
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    template<typename Scene>
+    void frame(const Scene& scene)
+    {
+        ImGui::NewFrame();
+        scene();
+        ImGui::Render();
+    }
+
+private:
+    ImGuiContext* m_context;
+};
+
+/// The library, up for the time of a benchmark.
+struct Library {
+    Library() { statistics::System::initialize(); }
+    ~Library() { statistics::System::shutdown(); }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    statistics::System* operator->() const { return statistics::System::instance(); }
+};
+
+std::string name(std::size_t index);
+
+/// A getter as hosts write them: reads one number of the host's.
+statistics::Counter::Getter getter(const float& source);
+
+/// `count` counters in groups of 100.
+void addGroupedCounters(Library& library, std::size_t count, const std::vector<float>& sources, float period);
+
+/// Opens every tree node of the host's items, as if the user had clicked each.
+void openAllNodes();
+
+/// Moves through a window of the hand-written panels.
+constexpr float kLineHeight = 17.0f; ///< of the default font with its spacing, pixels
+
+} // namespace bench

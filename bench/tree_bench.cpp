@@ -1,0 +1,256 @@
+// Creating, finding and removing items, judging them, and presets.
+
+#include "host.h"
+
+#include <benchmark/benchmark.h>
+
+#include <list>
+#include <unordered_map>
+
+namespace {
+
+using bench::Library;
+using statistics::Counter;
+using statistics::CounterValue;
+using statistics::Limit;
+
+const float s_source = 1.0f;
+
+std::unique_ptr<Counter> makeCounter()
+{
+    return std::make_unique<Counter>(bench::getter(s_source));
+}
+
+/// What a host would keep by itself: the items in a vector, and a map of their full names.
+struct HandItems {
+    void add(unsigned parent, std::string name)
+    {
+        byName.emplace(std::to_string(parent) + "/" + name, items.size());
+        items.emplace_back(std::move(name), makeCounter(), 1.0f);
+    }
+
+    std::vector<statistics::ItemCounter> items;
+    std::unordered_map<std::string, std::size_t> byName;
+};
+
+constexpr std::size_t kOneParent = static_cast<std::size_t>(-1);
+
+unsigned groupOf(Library& library, std::size_t index, std::size_t groupSize)
+{
+    return groupSize == kOneParent ? 0 : library->createLabel("group " + std::to_string(index / groupSize));
+}
+
+void fill(Library& library, std::size_t count, std::size_t groupSize)
+{
+    unsigned group = 0;
+    for (std::size_t index = 0; index < count; ++index) {
+        if (index % groupSize == 0)
+            group = groupOf(library, index, groupSize);
+        library->createCounter(bench::name(index), makeCounter(), 1.0f, group);
+    }
+}
+
+void createOurs(benchmark::State& state, std::size_t groupSize)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto library = std::make_unique<Library>();
+        state.ResumeTiming();
+        fill(*library, static_cast<std::size_t>(state.range(0)), groupSize);
+        state.PauseTiming();
+        library.reset();
+        state.ResumeTiming();
+    }
+}
+
+void createHand(benchmark::State& state, std::size_t groupSize)
+{
+    for (auto _ : state) {
+        auto items = std::make_unique<HandItems>();
+        for (std::size_t index = 0; index < static_cast<std::size_t>(state.range(0)); ++index)
+            items->add(static_cast<unsigned>(index / groupSize), bench::name(index));
+        benchmark::DoNotOptimize(*items);
+        state.PauseTiming();
+        items.reset();
+        state.ResumeTiming();
+    }
+}
+
+BENCHMARK_CAPTURE(createOurs, groups, 100)
+    ->Name("create in groups of 100/ours")
+    ->Arg(100)
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK_CAPTURE(createHand, groups, 100)
+    ->Name("create in groups of 100/hand")
+    ->Arg(100)
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK_CAPTURE(createOurs, one, kOneParent)->Name("create under one parent/ours")->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(createHand, one, kOneParent)->Name("create under one parent/hand")->Arg(10000)->Arg(60000);
+
+/// One by one, in the order of creation.
+void removeOurs(benchmark::State& state, std::size_t groupSize)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto library = std::make_unique<Library>();
+        fill(*library, static_cast<std::size_t>(state.range(0)), groupSize);
+        std::vector<unsigned> ids;
+        statistics::TestAccess::tree().forEachNode([&](unsigned id) { ids.push_back(id); });
+        state.ResumeTiming();
+        for (const unsigned id : ids)
+            (*library)->removeItem(id);
+        state.PauseTiming();
+        library.reset();
+        state.ResumeTiming();
+    }
+}
+
+void removeHand(benchmark::State& state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        HandItems items;
+        std::vector<std::string> names;
+        for (std::size_t index = 0; index < static_cast<std::size_t>(state.range(0)); ++index) {
+            items.add(0, bench::name(index));
+            names.push_back("0/" + bench::name(index));
+        }
+        state.ResumeTiming();
+        for (const std::string& name : names) {
+            const auto found = items.byName.find(name);
+            items.items[found->second].counter.reset();
+            items.byName.erase(found);
+        }
+        items.items.clear();
+    }
+}
+
+BENCHMARK_CAPTURE(removeOurs, groups, 100)->Name("remove from groups of 100/ours")->Arg(10000)->Arg(60000);
+BENCHMARK(removeHand)->Name("remove from groups of 100/hand")->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(removeOurs, one, kOneParent)->Name("remove from one parent/ours")->Arg(10000)->Arg(60000);
+BENCHMARK(removeHand)->Name("remove from one parent/hand")->Arg(10000)->Arg(60000);
+
+/// A path of three names, each among 1,000 siblings.
+void pathOurs(benchmark::State& state)
+{
+    Library library;
+    unsigned parent = 0;
+    for (int level = 0; level < 3; ++level) {
+        unsigned next = 0;
+        for (std::size_t index = 0; index < 1000; ++index) {
+            const unsigned id = library->createLabel(bench::name(index), parent);
+            next = index == 500 ? id : next;
+        }
+        parent = next;
+    }
+    const std::string path = bench::name(500) + "/" + bench::name(500) + "/" + bench::name(500);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(library->getItemIndex(path));
+}
+
+void pathHand(benchmark::State& state)
+{
+    std::unordered_map<std::string, unsigned> level;
+    for (std::size_t index = 0; index < 1000; ++index)
+        level.emplace(bench::name(index), static_cast<unsigned>(index));
+    const std::string name = bench::name(500);
+    for (auto _ : state)
+        for (int step = 0; step < 3; ++step)
+            benchmark::DoNotOptimize(level.find(name));
+}
+
+BENCHMARK(pathOurs)->Name("find a path of three names/ours");
+BENCHMARK(pathHand)->Name("find a path of three names/hand");
+
+/// One counter in a hundred is outside.
+float valueAt(std::size_t index)
+{
+    return index % 100 == 0 ? 2.0f : 0.5f;
+}
+
+void warningsOurs(benchmark::State& state)
+{
+    std::vector<float> sources;
+    Library library;
+    for (std::size_t index = 0; index < static_cast<std::size_t>(state.range(0)); ++index)
+        sources.push_back(valueAt(index));
+    for (std::size_t index = 0; index < sources.size(); ++index)
+        library->createCounter(bench::name(index),
+                               std::make_unique<Counter>(0.0f, 1.0f, bench::getter(sources[index]), "", ""),
+                               1.0f, library->createLabel("group " + std::to_string(index / 100)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(library->collectWarnings());
+}
+
+void warningsHand(benchmark::State& state)
+{
+    std::vector<float> sources;
+    for (std::size_t index = 0; index < static_cast<std::size_t>(state.range(0)); ++index)
+        sources.push_back(valueAt(index));
+    std::vector<std::unique_ptr<Counter>> counters;
+    std::vector<std::string> paths;
+    for (std::size_t index = 0; index < sources.size(); ++index) {
+        counters.push_back(std::make_unique<Counter>(0.0f, 1.0f, bench::getter(sources[index]), "", ""));
+        paths.push_back("group " + std::to_string(index / 100) + "/" + bench::name(index));
+    }
+    for (auto _ : state) {
+        std::list<std::string> warnings;
+        for (std::size_t index = 0; index < counters.size(); ++index) {
+            Counter& counter = *counters[index];
+            if (counter.getter() < counter.min || counter.getter() > counter.max)
+                warnings.push_back(paths[index]);
+        }
+        benchmark::DoNotOptimize(warnings);
+    }
+}
+
+BENCHMARK(warningsOurs)->Name("collect warnings/ours")->Arg(100)->Arg(10000)->Arg(60000);
+BENCHMARK(warningsHand)->Name("collect warnings/hand")->Arg(100)->Arg(10000)->Arg(60000);
+
+statistics::LimitMap makeLimits(std::size_t count)
+{
+    statistics::LimitMap limits;
+    for (std::size_t index = 0; index < count; ++index)
+        limits[bench::name(index)] = Limit{0.0f, static_cast<float>(index)};
+    return limits;
+}
+
+void chooseOurs(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    Library library;
+    for (std::size_t index = 0; index < count; ++index)
+        library->createCounter(bench::name(index),
+                               std::make_unique<Counter>(bench::getter(s_source), "", "", bench::name(index)),
+                               1.0f);
+    library->createPreset("preset", makeLimits(count));
+    for (auto _ : state)
+        library->choosePreset(0);
+}
+
+void chooseHand(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const statistics::LimitMap limits = makeLimits(count);
+    std::vector<statistics::ItemCounter> items;
+    for (std::size_t index = 0; index < count; ++index)
+        items.emplace_back(bench::name(index),
+                           std::make_unique<Counter>(bench::getter(s_source), "", "", bench::name(index)),
+                           1.0f);
+    for (auto _ : state)
+        for (statistics::ItemCounter& item : items) {
+            const auto found = limits.find(item.counter->limitKey);
+            char text[64];
+            item.minText =
+                (std::snprintf(text, sizeof(text), "%.3f", static_cast<double>(found->second.min)), text);
+            item.maxText =
+                (std::snprintf(text, sizeof(text), "%.3f", static_cast<double>(found->second.max)), text);
+        }
+}
+
+BENCHMARK(chooseOurs)->Name("choose a preset/ours")->Arg(100)->Arg(10000)->Arg(60000);
+BENCHMARK(chooseHand)->Name("choose a preset/hand")->Arg(100)->Arg(10000)->Arg(60000);
+
+} // namespace
