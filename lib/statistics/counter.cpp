@@ -8,10 +8,10 @@ bool Counter::withinLimits()
 {
     if (!hasLimits)
         return true;
-    const CallScope call; // the getter may remove this very counter
+    const CallScope call; // the getter may remove this very counter, which takes its limits away
     if (getter() < min)
         return false;
-    return !(getter() > max);
+    return !hasLimits || !(getter() > max);
 }
 
 } // namespace statistics

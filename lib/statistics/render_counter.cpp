@@ -100,6 +100,7 @@ void Render::updateCounter(unsigned slot)
     const CounterValue value = counter.getter();
     if (ItemCounter* item = counterItem(slot, counter))
         showValue(*item, value);
+    // Removed counters have no limits left: their getters aren't called again.
     if (!counter.hasLimits)
         return;
     CounterValue judged = counter.getter();

@@ -224,10 +224,10 @@ std::list<std::string> System::collectWarnings() const
     const Tree& tree = m_data->tree;
     Render& render = m_data->render;
     tree.forEachNode([&](unsigned id) {
-        const unsigned item = tree.item(id);
-        Counter* counter = render.getCounter(item);
+        Counter* counter = render.getCounter(tree.item(id));
         // A getter may have removed the item: then there is nothing left to warn about.
-        if (counter && !counter->withinLimits() && tree.contains(id) && tree.item(id) == item)
+        if (counter && !counter->withinLimits() && tree.contains(id) &&
+            render.getCounter(tree.item(id)) == counter)
             warnings.push_back(tree.path(id, render));
     });
     return warnings;
