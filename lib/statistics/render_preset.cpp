@@ -34,12 +34,12 @@ void Render::drawPresetCheckbox(unsigned slot)
 
 void Render::drawPresetButtons(unsigned slot)
 {
-    if (!ORV_ASSERT_MESSAGE(presets[slot].accessPresetFunctor,
-                            "Cannot create Save/Load buttons for statistics "
-                            "preset. Preset access function is not provided."))
+    const ItemPreset& item = presets[slot]; // good until the first functor runs
+    if (!ORV_ASSERT_MESSAGE(item.accessPresetFunctor, "Cannot create Save/Load buttons for statistics "
+                                                      "preset. Preset access function is not provided."))
         return;
     ImGui::SameLine(0.0f, -1.0f);
-    widgets::text(presets[slot].params->text);
+    widgets::text(item.params->text);
     if (drawPresetButton(slot, &PresetSaveLoadParams::loadFunctor, "Load", "Load preset"))
         runPresetFunctor(slot, &PresetSaveLoadParams::loadFunctor, presets[slot].index);
     if (drawPresetButton(slot, &PresetSaveLoadParams::saveFunctor, "Save", "Save active preset"))
