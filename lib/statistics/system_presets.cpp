@@ -22,12 +22,11 @@ void System::createPreset(const std::string& name, const LimitMap& limits,
     m_data->presetGroup.tree.addChild(item, m_data->presetGroup.groupNode);
 }
 
-/// A load or save functor holds the map while it creates presets: from here on there is room for all that can
-/// ever be, so that none of them moves it.
+/// A load or save functor holds the map while it creates presets, and a host may hold one while the user
+/// presses a button: from the first loan on there is room for all that can ever be, so that no map moves.
 LimitMap& System::lendLimits(std::size_t index)
 {
-    if (CallScope::active())
-        limitPresets.reserve(kMostSlots);
+    limitPresets.reserve(kMostSlots);
     return limitPresets[index];
 }
 
