@@ -33,9 +33,15 @@ unsigned Tree::addChild(unsigned item, unsigned parentId)
     const unsigned id = m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
     m_nodes[parentId].children.push_back(id);
     m_unindexed.push_back(id);
+    forgetLineHeight(id);
+    forgetLineHeight(parentId);
+    return id;
+}
+
+void Tree::forgetLineHeight(unsigned id)
+{
     if (id < m_lineHeights.size())
         m_lineHeights[id] = 0.0f;
-    return id;
 }
 
 unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& render)

@@ -76,7 +76,9 @@ private:
 
     void drawNode(Render& render, unsigned id);
     bool drawLine(Render& render, unsigned id);
+    std::size_t skipHiddenLeaves(unsigned parent, std::size_t position) const;
     void prepareLineHeights(const Render& render);
+    void forgetLineHeight(unsigned id);
     std::size_t positionBehind(unsigned parent, std::size_t position, unsigned child) const;
     void removeSubtree(unsigned top, Render& render);
     void indexNewNodes(const Render& render);
@@ -86,7 +88,8 @@ private:
     NameIndex m_names;
     std::vector<unsigned> m_unindexed; ///< nodes added since the index was last used
     bool m_indexStale = false;
-    std::vector<float> m_lineHeights; ///< by node, spacing included; 0 until the line was drawn
+    /// By node, spacing included: 0 until the line was drawn, negative for one that had children then.
+    std::vector<float> m_lineHeights;
     widgets::LineMetrics m_lineMetrics{};
     unsigned m_layoutGeneration = 0;
 };

@@ -7,6 +7,8 @@
 #include "call_scope.h"
 #include "stack_tracker.h"
 
+#include <cmath>
+
 namespace statistics {
 
 namespace {
@@ -46,14 +48,31 @@ void Tree::drawNode(Render& render, unsigned id)
     if (!drawLine(render, id))
         return;
     const LevelScope level(render);
-    std::size_t position = 0;
+    std::size_t position = skipHiddenLeaves(id, 0);
     while (m_nodes.contains(id) && position < m_nodes[id].children.size()) {
         const unsigned child = m_nodes[id].children[position];
         drawNode(render, child);
         // A functor may have removed any of these nodes: look them up again.
         if (m_nodes.contains(id))
-            position = positionBehind(id, position, child);
+            position = skipHiddenLeaves(id, positionBehind(id, position, child));
     }
+}
+
+/// Moves on past the children without children of their own that lie out of view, without looking at them.
+/// Gives back the position of the first child that has to be looked at.
+std::size_t Tree::skipHiddenLeaves(unsigned parent, std::size_t position) const
+{
+    const std::vector<unsigned>& children = m_nodes[parent].children;
+    const widgets::HiddenLines hidden;
+    float height = 0.0f;
+    for (; position < children.size() && children[position] < m_lineHeights.size(); ++position) {
+        const float line = m_lineHeights[children[position]];
+        if (line <= 0.0f || !hidden.contain(height, line))
+            break;
+        height += line;
+    }
+    hidden.skip(height);
+    return position;
 }
 
 /// Draws or skips the node's own line. True if its children follow.
@@ -66,13 +85,17 @@ bool Tree::drawLine(Render& render, unsigned id)
         return render.drawItem(item, node.depth, hasChildren);
     if (m_lineHeights.size() <= id)
         m_lineHeights.resize(m_nodes.size(), 0.0f);
-    const float height = m_lineHeights[id];
-    if (height > 0.0f && widgets::skipHiddenLine(height))
+    const float known = std::abs(m_lineHeights[id]);
+    const widgets::HiddenLines hidden;
+    if (known > 0.0f && hidden.contain(0.0f, known)) {
+        hidden.skip(known);
         return hasChildren && widgets::hiddenTreeNode(item);
+    }
     const float top = widgets::linePosition();
     const bool open = render.drawItem(item, node.depth, hasChildren);
+    const float height = widgets::linePosition() - top;
     if (m_nodes.contains(id))
-        m_lineHeights[id] = widgets::linePosition() - top;
+        m_lineHeights[id] = hasChildren ? -height : height;
     return open;
 }
 

@@ -183,16 +183,20 @@ float linePosition()
     return ImGui::GetCurrentContext()->CurrentWindow->DC.CursorPos.y;
 }
 
-bool skipHiddenLine(float height)
+HiddenLines::HiddenLines()
 {
     const ImGuiContext& context = *ImGui::GetCurrentContext();
     const ImGuiWindow& window = *context.CurrentWindow;
     const float margin = context.FontSize * 2.0f;
-    const float top = window.DC.CursorPos.y;
-    if (top + height >= window.ClipRect.Min.y - margin && top <= window.ClipRect.Max.y + margin)
-        return false;
-    ImGui::ItemSize(ImVec2(0.0f, height - context.Style.ItemSpacing.y));
-    return true;
+    m_top = window.DC.CursorPos.y;
+    m_visibleTop = window.ClipRect.Min.y - margin;
+    m_visibleBottom = window.ClipRect.Max.y + margin;
+}
+
+void HiddenLines::skip(float height) const
+{
+    if (height > 0.0f)
+        ImGui::ItemSize(ImVec2(0.0f, height - ImGui::GetStyle().ItemSpacing.y));
 }
 
 bool hiddenTreeNode(unsigned id)

@@ -120,9 +120,22 @@ struct LineMetrics {
 LineMetrics lineMetrics();
 /// Distance in pixels from the window's top to the present line.
 float linePosition();
-/// Moves on by a line of known height, spacing included, if all of it lies outside the visible part. The
-/// margin of a line on both sides lets keyboard navigation reach the next one.
-bool skipHiddenLine(float height);
+/// The lines from the present one on that lie outside the visible part of the window. The margin of two lines
+/// on both sides lets keyboard navigation reach the next one.
+class HiddenLines {
+public:
+    HiddenLines();
+    /// True for a line of `height` that stands `offset` below the present line, in pixels.
+    bool contain(float offset, float height) const
+    {
+        return m_top + offset + height < m_visibleTop || m_top + offset > m_visibleBottom;
+    }
+    /// Moves on by lines of known height, spacing included.
+    void skip(float height) const;
+
+private:
+    float m_top, m_visibleTop, m_visibleBottom;
+};
 /// Opens the level of a tree node whose line was skipped, if the user has it open.
 bool hiddenTreeNode(unsigned id);
 
