@@ -16,7 +16,7 @@ namespace {
 
 constexpr float kMargin = 12;      // pixels between windows
 constexpr float kPanelWidth = 944; // a table at the third level of the tree, and a scrollbar
-constexpr float kSettingsHeight = 318;
+constexpr float kSettingsHeight = 270;
 constexpr float kWarningsHeight = 200;
 const ImVec4 kDim(0.55f, 0.62f, 0.70f, 1);
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
@@ -36,7 +36,7 @@ void showText(std::string_view text)
     ImGui::TextUnformatted(text.data(), text.data() + text.size());
 }
 
-void showWrapped(const std::string& text)
+void showWrapped(std::string_view text)
 {
     ImGui::PushTextWrapPos(0);
     showText(text);
@@ -53,7 +53,7 @@ void showDim(const std::string& text)
 /// "Name:   value" in two columns.
 void showField(std::string_view line)
 {
-    constexpr float kValueColumn = 210; // pixels
+    constexpr float kValueColumn = 190; // pixels
     const std::size_t colon = line.find(':');
     if (colon == std::string_view::npos) {
         showText(line);
@@ -64,7 +64,7 @@ void showField(std::string_view line)
     ImGui::PopStyleColor();
     ImGui::SameLine(kValueColumn);
     const std::size_t value = line.find_first_not_of(" \t", colon + 1);
-    showText(value == std::string_view::npos ? std::string_view() : line.substr(value));
+    showWrapped(value == std::string_view::npos ? std::string_view() : line.substr(value));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <string>
 #include <system_error>
@@ -30,28 +31,34 @@ int list(const App& app)
     return 0;
 }
 
-/// Runs without a window. Each counter that is outside its limits at some moment is told once. What is
-/// averaged over time gets half a second first to settle.
+void runFor(App& app, double seconds, const std::function<void()>& eachFrame)
+{
+    const double start = demo::clockSeconds();
+    while (demo::clockSeconds() - start < seconds) {
+        app.work(false);
+        eachFrame();
+        app.pace();
+    }
+}
+
+/// Prints the counters that are outside their limits now, each once.
+void printWarnings(std::set<std::string>& printed)
+{
+    for (const std::string& path : statistics::System::instance()->collectWarnings()) {
+        if (printed.insert(path).second)
+            std::printf("%s\n", path.c_str());
+    }
+}
+
+/// Runs without a window. What is averaged over time gets a moment to settle first.
 int check(App& app, double seconds)
 {
     constexpr double kSettling = 0.5;
-    std::set<std::string> told;
-    demo::Period period(0.25f);
-    const double start = demo::clockSeconds();
-    double before = start;
-    for (double now = start; now - start < seconds + kSettling; now = demo::clockSeconds()) {
-        app.work(false);
-        app.pace();
-        const auto dt = static_cast<float>(now - before);
-        before = now;
-        if (now - start < kSettling || !period.due(dt))
-            continue;
-        for (const std::string& path : statistics::System::instance()->collectWarnings()) {
-            if (told.insert(path).second)
-                std::printf("%s\n", path.c_str());
-        }
-    }
-    return told.empty() ? 0 : 1;
+    std::set<std::string> printed;
+    runFor(app, kSettling, [] {});
+    runFor(app, seconds, [&printed] { printWarnings(printed); });
+    printWarnings(printed);
+    return printed.empty() ? 0 : 1;
 }
 
 /// True if the user or the command line wants the program to end.

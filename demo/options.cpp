@@ -27,7 +27,9 @@ constexpr const char* kHelp =
     "  --seconds S        quit after S seconds\n"
     "  --screen FILE      keep a list of the texts on the screen and their places\n"
     "                     in FILE, for scripts that click\n"
-    "  --help             this text\n";
+    "  --help             this text\n"
+    "\n"
+    "The exit status is 2 after a mistake in the command line, 3 without a display.\n";
 
 /// Takes an option's value; false if it isn't one.
 using Reader = std::function<bool(Options&, const std::string&)>;

@@ -13,7 +13,7 @@ struct PresetText {
     std::string problem; ///< what is wrong with the text; empty for nothing, and then the rest counts
 };
 
-PresetText parsePreset(const std::string& json);
+PresetText parsePreset(const std::string& text);
 std::string printPreset(const std::string& name, const statistics::LimitMap& limits);
 
 } // namespace demo

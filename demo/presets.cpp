@@ -127,6 +127,12 @@ bool Presets::hasFile(const std::string& file) const
                        [&file](const Entry& entry) { return entry.file == file; });
 }
 
+bool Presets::isStored(const std::string& file) const
+{
+    std::error_code error;
+    return std::filesystem::exists(m_folder / file, error);
+}
+
 void Presets::createOne(Entry entry, LimitMap limits)
 {
     const std::size_t index = m_entries.size();
@@ -135,9 +141,7 @@ void Presets::createOne(Entry entry, LimitMap limits)
     params->saveFunctor = [this](LimitMap& map, PresetSaveLoadParams&) { return save(map); };
     params->saveAsFunctor = [this](LimitMap& map, PresetSaveLoadParams&) { return saveAs(map); };
 
-    std::error_code error;
-    const bool stored = std::filesystem::exists(m_folder / entry.file, error);
-    params->text = stored ? load(entry, limits) : "as built in";
+    params->text = isStored(entry.file) ? load(entry, limits) : "(as built in)";
     System::instance()->createPreset(entry.name, limits, std::move(params));
     m_entries.push_back(std::move(entry));
 }
@@ -164,15 +168,15 @@ std::vector<std::string> Presets::names() const
 // Limits that the file doesn't name stay: it may be older than the program. The result is the row's text.
 std::string Presets::load(const Entry& entry, LimitMap& limits) const
 {
+    if (!isStored(entry.file))
+        return "(no " + entry.file + " yet)";
     const std::optional<std::string> text = readText((m_folder / entry.file).string());
-    if (!text)
-        return entry.file + " can't be read";
-    const PresetText preset = parsePreset(*text);
+    const PresetText preset = text ? parsePreset(*text) : PresetText{{}, {}, "can't be read"};
     if (!preset.problem.empty())
-        return entry.file + " " + preset.problem;
+        return "(" + entry.file + " " + preset.problem + ")";
     for (const auto& [key, limit] : preset.limits)
         limits[key] = limit;
-    return "from " + entry.file;
+    return "(from " + entry.file + ")";
 }
 
 // Counters take loaded limits when their preset is chosen: for the active one that shall be now.
@@ -188,7 +192,7 @@ std::string Presets::save(const LimitMap& limits) const
 {
     const Entry& entry = m_entries[activePreset()];
     const std::string problem = replaceText(m_folder / entry.file, printPreset(entry.name, limits));
-    return problem.empty() ? "saved " + entry.file : problem;
+    return "(" + (problem.empty() ? "saved as " + entry.file : problem) + ")";
 }
 
 std::string Presets::saveAs(const LimitMap& limits)
@@ -196,15 +200,14 @@ std::string Presets::saveAs(const LimitMap& limits)
     const std::string name = m_saveAsName;
     const std::string file = fileNameOf(name);
     if (!isGoodName(name))
-        return "'" + name + "' is no name: use letters, digits, ' ', '-', '_'";
-    std::error_code error;
-    if (hasFile(file) || std::filesystem::exists(m_folder / file, error))
-        return file + " is there already";
+        return "('" + name + "' is no name: use letters, digits, ' ', '-', '_')";
+    if (hasFile(file) || isStored(file))
+        return "(" + file + " is there already)";
     const std::string problem = replaceText(m_folder / file, printPreset(name, limits));
     if (!problem.empty())
-        return problem;
+        return "(" + problem + ")";
     createOne({name, file}, limits);
-    return "saved as " + file;
+    return "(saved as " + file + ")";
 }
 
 } // namespace demo

@@ -33,7 +33,8 @@ private:
 
     void createOne(Entry entry, statistics::LimitMap limits);
     void createSaved();
-    bool hasFile(const std::string& file) const;
+    bool hasFile(const std::string& file) const;  // as a preset on the panel
+    bool isStored(const std::string& file) const; // on disk
 
     std::string load(const Entry& entry, statistics::LimitMap& limits) const;
     std::string reload(std::size_t index, statistics::LimitMap& limits) const;

@@ -77,7 +77,7 @@ std::optional<TaskStat> parseTaskStat(const std::string& text)
     if (words.size() <= kResident)
         return std::nullopt;
 
-    static const double ticksPerSecond = static_cast<double>(sysconf(_SC_CLK_TCK));
+    static const auto ticksPerSecond = static_cast<double>(sysconf(_SC_CLK_TCK));
     static const double pageMiB = static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
     TaskStat stat;
     stat.name = text.substr(open + 1, close - open - 1);

@@ -42,17 +42,17 @@ ProcessTable::ProcessTable(PanelBook& book, unsigned parent, Notices& notices)
 
 void ProcessTable::addColumns()
 {
-    m_table.addColumn("Name", 0.22f, [](const Row& row) { return CounterValue(row.name); });
-    m_table.addColumn("ID", 0.1f, [](const Row& row) { return CounterValue(static_cast<int>(row.key)); });
-    m_table.addColumn("State", 0.11f, [](const Row& row) { return CounterValue(row.state); });
+    m_table.addColumn("Name", 0.26f, [](const Row& row) { return CounterValue(row.name); });
+    m_table.addColumn("ID", 0.08f, [](const Row& row) { return CounterValue(static_cast<int>(row.key)); });
+    m_table.addColumn("State", 0.1f, [](const Row& row) { return CounterValue(row.state); });
     m_table.addColumn("Threads", 0.1f, [](const Row& row) { return CounterValue(row.threads); });
     m_table.addColumn(
         "Time", 0.13f, [](const Row& row) { return toValue(row.processorSeconds); }, "%.2f s");
     m_table.addColumn(
-        "Load", 0.11f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
+        "Busy", 0.1f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
     m_table.addColumn(
         "Memory", 0.14f, [](const Row& row) { return toValue(row.residentMiB); }, "%.1f MiB");
-    m_table.addColumn("Nice", 0.09f, [](const Row& row) { return CounterValue(row.nice); });
+    m_table.addColumn("Nice", 0.07f, [](const Row& row) { return CounterValue(row.nice); });
     m_table.setKeyColumn(0);
 }
 

@@ -5,6 +5,8 @@
 
 #include <imgui.h>
 
+#include <cmath>
+
 namespace demo {
 
 void ScreenReport::tell(float dt)
@@ -13,8 +15,8 @@ void ScreenReport::tell(float dt)
         return;
     std::string report;
     for (const test::Text& text : test::readFrame(*ImGui::GetDrawData()).texts) {
-        for (const float edge : {text.min.x, text.min.y, text.max.x, text.max.y})
-            report += std::to_string(static_cast<int>(edge)) + "\t";
+        for (const float place : {text.center().x, text.center().y})
+            report += std::to_string(std::lround(place)) + "\t";
         report += text.window + "\t" + text.text + "\n";
     }
     replaceText(m_file, report);

@@ -7,8 +7,8 @@
 namespace demo {
 
 /// Tells scripts what stands where on the screen, some times per second: one line for each text of the last
-/// frame, with the left, top, right and bottom edge in pixels, the window's name and the text, separated by
-/// tabs. The file is replaced as a whole.
+/// frame, with the place of its middle (pixels from the left and from the top), its window's name and the
+/// text, separated by tabs. The file is replaced as a whole.
 class ScreenReport {
 public:
     /// Nothing is told if `file` is empty.

@@ -49,7 +49,7 @@ void ThreadTable::addColumns()
     m_table.addColumn(
         "Time", 0.12f, [](const Row& row) { return toValue(row.processorSeconds); }, "%.2f s");
     m_table.addColumn(
-        "Load", 0.12f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
+        "Busy", 0.12f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
     m_table.addColumn("Voluntary", 0.14f, [](const Row& row) { return row.voluntarySwitches; });
     m_table.addColumn("Involuntary", 0.14f, [](const Row& row) { return row.involuntarySwitches; });
     m_table.addColumn("Nice", 0.08f, [](const Row& row) { return CounterValue(row.nice); });

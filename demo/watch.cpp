@@ -36,8 +36,8 @@ void watchProcessMemory(const Group& memory, const ProcessReading& reading)
     memory.show("Resident", reading.residentMiB, {"%.1f MiB", "%.0f", "process.resident"});
     memory.show("Highest resident", reading.peakMiB, {"%.1f MiB"});
     memory.show("Virtual", reading.virtualMiB, {"%.1f MiB"});
-    memory.show("Page faults", reading.minorFaults, {"%.0f /s"});
-    memory.show("Page faults from disk", reading.majorFaults, {"%.1f /s", "%.0f", "process.majorFaults"});
+    memory.show("Minor faults", reading.minorFaults, {"%.0f /s"});
+    memory.show("Major faults", reading.majorFaults, {"%.1f /s", "%.0f", "process.majorFaults"});
 }
 
 void watchLoad(const Group& load, const MachineReading& reading)
@@ -52,13 +52,13 @@ void watchMachineMemory(const Group& memory, const MachineReading& reading)
 {
     memory.show("Used", reading.memoryUsedPercent, {"%.1f %%", "%.0f", "machine.memory"});
     memory.show("Available", reading.availableMiB, {"%.0f MiB"});
-    memory.show("Files kept in memory", reading.cachedMiB, {"%.0f MiB"});
+    memory.show("Cached files", reading.cachedMiB, {"%.0f MiB"});
     memory.show("Swapped out", reading.swapUsedMiB, {"%.0f MiB"});
 }
 
 void watchWaiting(const Group& waiting, const MachineReading& reading)
 {
-    waiting.show("For a processor", reading.processorPressure, {"%.1f %%"});
+    waiting.show("For processors", reading.processorPressure, {"%.1f %%"});
     waiting.show("For memory", reading.memoryPressure, {"%.1f %%"});
     waiting.show("For storage", reading.storagePressure, {"%.1f %%"});
 }
@@ -105,14 +105,15 @@ unsigned watchProcess(PanelBook& book, const ProcessProbe& probe)
 {
     const ProcessReading& reading = probe.reading();
     const Group process{book, book.label("Process"), kProcessPeriod};
+    process.show("Thread count", reading.threads, {"%u"});
 
     const Group processor = process.sum("Processor", {"%.0f %%", "%.0f", "process.processor"});
-    processor.show("In the program", reading.userPercent, {"%.1f %%"});
-    processor.show("In the kernel", reading.systemPercent, {"%.1f %%"});
+    processor.show("Program", reading.userPercent, {"%.1f %%"});
+    processor.show("Kernel", reading.systemPercent, {"%.1f %%"});
 
     watchProcessMemory(process.label("Memory"), reading);
 
-    const Group switches = process.sum("Context switches", {"%.0f /s"});
+    const Group switches = process.sum("Switches", {"%.0f /s"});
     switches.show("Voluntary", reading.voluntarySwitches, {"%.0f /s"});
     switches.show("Involuntary", reading.involuntarySwitches, {"%.0f /s"});
 
@@ -120,8 +121,6 @@ unsigned watchProcess(PanelBook& book, const ProcessProbe& probe)
     storage.show("Read", reading.readKiB, {"%.1f KiB/s"});
     storage.show("Written", reading.writtenKiB, {"%.1f KiB/s"});
     storage.show("Open files", reading.openFiles, {"%u", "%.0f", "process.files"});
-
-    process.show("Thread count", reading.threads, {"%u"});
     return process.node;
 }
 
@@ -129,7 +128,8 @@ unsigned watchMachine(PanelBook& book, const MachineProbe& probe)
 {
     const MachineReading& reading = probe.reading();
     const Group machine{book, book.label("Machine"), kMachinePeriod};
-
+    machine.show("Context switches", reading.contextSwitches, {"%.0f /s"});
+    machine.show("New processes", reading.newProcesses, {"%.1f /s"});
     watchLoad(machine.label("Load"), reading);
 
     const Group processors = machine.sum("Processors", {"%.0f %%", "%.0f", "machine.processors"});
@@ -137,9 +137,7 @@ unsigned watchMachine(PanelBook& book, const MachineProbe& probe)
         processors.show("Processor " + std::to_string(i), reading.processors[i], {"%.1f %%"});
 
     watchMachineMemory(machine.label("Memory"), reading);
-    watchWaiting(machine.label("Time spent waiting"), reading);
-    machine.show("Context switches", reading.contextSwitches, {"%.0f /s"});
-    machine.show("New processes", reading.newProcesses, {"%.1f /s"});
+    watchWaiting(machine.label("Waiting"), reading);
     return machine.node;
 }
 

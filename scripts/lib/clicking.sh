@@ -1,0 +1,78 @@
+# Sourced by scripts that use the demo as a person would: on a virtual display, by mouse, looking at the screen.
+# The demo tells what stands where in a file ("--screen"): the middle of each text, its window and the text itself,
+# separated by tabs, from top to bottom.
+#
+# Expects $work, a folder for the files of the run, and packages xvfb and xdotool.
+
+# wait_for <what> <command>...: until the command succeeds, some seconds at the most
+wait_for() {
+    local what=$1 try
+    shift
+    for ((try = 0; try < 200; ++try)); do
+        "$@" && return
+        sleep 0.1
+    done
+    echo "No $what after 20 seconds" >&2
+    tail -n 20 "$work"/*.log >&2
+    return 1
+}
+
+start_display() {
+    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+    wait_for "virtual display" test -s "$work/display"
+    DISPLAY=:$(<"$work/display")
+    export DISPLAY
+}
+
+# start_demo <program> [option]...
+start_demo() {
+    LIBGL_ALWAYS_SOFTWARE=1 "$@" --state "$work/state" --config "$work/config" --screen "$work/screen" \
+        >"$work/demo.log" 2>&1 &
+    wait_for "panel" is_shown Statistics
+}
+
+# place_of <text> [nth]: "x y" of its nth appearance
+place_of() {
+    awk -F '\t' -v text="$1" -v nth="${2:-1}" '$4 == text && ++count == nth { print $1, $2; exit }' \
+        "$work/screen" 2>/dev/null
+}
+
+# place_in_row <text of the row> <column>: under the column's header
+place_in_row() {
+    local row column
+    read -r -a row < <(place_of "$1") && read -r -a column < <(place_of "$2") && echo "${column[0]} ${row[1]}"
+}
+
+is_shown() { [[ -n $(place_of "$@") ]]; }
+
+# Until the demo has told the screen anew.
+look_again() {
+    local before
+    before=$(stat -c %Y.%i "$work/screen")
+    wait_for "look at the screen" eval '[[ $(stat -c %Y.%i "$work/screen") != '"$before"' ]]'
+}
+
+# point_at <text> [nth]
+point_at() {
+    local place
+    wait_for "\"$1\" on the screen" is_shown "$@"
+    look_again
+    look_again # what moved after the last click stands still now
+    read -r -a place < <(place_of "$@")
+    xdotool mousemove "${place[@]}" sleep 0.2
+}
+
+click() {
+    point_at "$@"
+    xdotool click 1 sleep 0.3
+}
+
+right_click() {
+    point_at "$@"
+    xdotool click 3 sleep 0.3
+}
+
+double_click() {
+    point_at "$@"
+    xdotool click --repeat 2 --delay 80 1 sleep 0.3
+}
