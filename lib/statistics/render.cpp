@@ -217,12 +217,12 @@ void Render::update(float dt, bool enabled)
     const CallScope call;
     if (!enabled)
         return;
-    for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot))
-        if (isDue(counters[slot], dt))
-            updateCounter(slot);
-    for (auto slot = tables.begin(); slot != tables.end(); slot = tables.next(slot))
-        if (isDue(tables[slot], dt))
-            updateTable(slot);
+    const auto due = [dt](auto& item) { return isDue(item, dt); };
+    for (auto slot = counters.findFrom(0, due); slot != counters.end();
+         slot = counters.findFrom(slot + 1, due))
+        updateCounter(slot);
+    for (auto slot = tables.findFrom(0, due); slot != tables.end(); slot = tables.findFrom(slot + 1, due))
+        updateTable(slot);
 }
 
 void Render::updateNode(unsigned id)
