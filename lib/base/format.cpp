@@ -55,8 +55,10 @@ FormatArgument conversionArgument(char conversion, ESize size)
 {
     if (conversion == '\0')
         return {EKind::Unfit};
+    // Some C libraries read a long double for "%llf", others a double.
     if (std::strchr("aAeEfFgG", conversion))
-        return {EKind::Floating, size == ESize::LongDouble ? size : ESize::Default};
+        return {size == ESize::LongLong ? EKind::Unfit : EKind::Floating,
+                size == ESize::LongDouble ? size : ESize::Default};
     if (size == ESize::LongDouble)
         return {EKind::Unfit};
     if (std::strchr("di", conversion) || (conversion == 'c' && size == ESize::Default))
