@@ -1,0 +1,34 @@
+#include "allocations.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::size_t s_allocations = 0;
+
+} // namespace
+
+std::size_t test::allocations()
+{
+    return s_allocations;
+}
+
+void* operator new(std::size_t size)
+{
+    ++s_allocations;
+    if (void* memory = std::malloc(size != 0 ? size : 1)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
