@@ -24,6 +24,12 @@ struct Closer {
 
 using File = std::unique_ptr<std::FILE, Closer>;
 
+fs::path homeFolder()
+{
+    const char* const home = std::getenv("HOME");
+    return home && *home ? home : ".";
+}
+
 std::string lastError(const fs::path& path)
 {
     return path.string() + ": " + std::strerror(errno);
@@ -110,8 +116,13 @@ fs::path userFolder(const std::string& chosen, const char* variable, const char*
     // A relative path in these variables is to be ignored.
     if (const char* base = std::getenv(variable); base && *base == '/')
         return fs::path(base) / kFolderName;
-    const char* const home = std::getenv("HOME");
-    return fs::path(home ? home : ".") / fallback / kFolderName;
+    return homeFolder() / fallback / kFolderName;
+}
+
+std::string shortPath(const fs::path& path)
+{
+    const fs::path inHome = path.lexically_relative(homeFolder());
+    return inHome.empty() || *inHome.begin() == ".." ? path.string() : (fs::path("~") / inHome).string();
 }
 
 } // namespace demo

@@ -26,4 +26,7 @@ std::vector<int> numbersIn(const std::string& folder);
 /// if that isn't set either, under `fallback` in the home folder.
 std::filesystem::path userFolder(const std::string& chosen, const char* variable, const char* fallback);
 
+/// A path as one reads it: "~" for the user's home folder.
+std::string shortPath(const std::filesystem::path& path);
+
 } // namespace demo

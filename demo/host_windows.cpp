@@ -1,5 +1,7 @@
 #include "host_windows.h"
 
+#include "files.h"
+
 #include <GLFW/glfw3.h>
 #include <imgui.h>
 #include <statistics/statistics.h>
@@ -162,8 +164,8 @@ void HostWindows::drawFolders()
     if (ImGui::InputText("\"Save As\" name", text, sizeof(text)))
         name = text;
     ImGui::PopItemWidth();
-    showDim("Presets: " + m_app.presets().folder().string());
-    showDim("Snapshots: " + m_app.snapshots().folder().string());
+    showDim("Presets: " + shortPath(m_app.presets().folder()));
+    showDim("Snapshots: " + shortPath(m_app.snapshots().folder()));
 
     const std::size_t hidden = m_app.processes().hiddenCount();
     if (hidden > 0 && ImGui::Button(("Show " + std::to_string(hidden) + " hidden").c_str()))

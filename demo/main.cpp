@@ -10,6 +10,7 @@
 #include <imgui.h>
 #include <statistics/statistics.h>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -61,10 +62,12 @@ int check(App& app, double seconds)
     return printed.empty() ? 0 : 1;
 }
 
+volatile std::sig_atomic_t s_interrupted = 0;
+
 /// True if the user or the command line wants the program to end.
 bool isOver(const Options& options, const demo::Window& window, unsigned frames, double seconds)
 {
-    return window.closed() || (options.frames && frames >= *options.frames) ||
+    return window.closed() || s_interrupted != 0 || (options.frames && frames >= *options.frames) ||
            (options.seconds && seconds >= *options.seconds);
 }
 
@@ -77,6 +80,9 @@ int run(App& app, const Options& options)
     demo::Window window(layout.c_str());
     demo::HostWindows windows(app);
     demo::ScreenReport report(options.screenFile);
+    // Ctrl+C ends the program as its close box does: the layout is kept.
+    for (const int signal : {SIGINT, SIGTERM})
+        std::signal(signal, [](int) { s_interrupted = 1; });
     const double start = demo::clockSeconds();
     bool menuOpen = false;
     for (unsigned frames = 0; !isOver(options, window, frames, demo::clockSeconds() - start); ++frames) {

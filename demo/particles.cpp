@@ -9,7 +9,7 @@ namespace demo {
 
 namespace {
 
-constexpr int kFirstCount = 6000;
+constexpr int kFirstCount = 8000;
 constexpr float kPi = 3.14159265f;
 constexpr float kCentreMass = 0.35f; // a particle at radius 1 circles in about ten seconds
 constexpr float kSoftening = 0.004f; // squared length; keeps close encounters from exploding

@@ -63,7 +63,7 @@ private:
     std::vector<Particle> m_particles;
     std::mt19937 m_random;
     WorkerPool m_workers;
-    int m_steps = 4;
+    int m_steps = 12;
     bool m_paused = false;
     float m_time = 0;
     double m_done = 0; // particle steps so far

@@ -19,7 +19,7 @@ public:
 
 private:
     std::string m_file;
-    Period m_period{0.2f};
+    Period m_period{0.1f};
 };
 
 } // namespace demo

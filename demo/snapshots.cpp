@@ -70,7 +70,7 @@ void Snapshots::saveDiff()
     }
     const fs::path path = m_comparisons / ("comparison_" + localTime() + ".csv");
     const std::string problem = replaceText(path, toCsv(comparison));
-    m_notices.message = problem.empty() ? "Comparison saved: " + path.string() : problem;
+    m_notices.message = problem.empty() ? "Comparison saved: " + shortPath(path) : problem;
 }
 
 } // namespace demo

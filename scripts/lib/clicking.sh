@@ -2,7 +2,7 @@
 # The demo tells what stands where in a file ("--screen"): the middle of each text, its window and the text itself,
 # separated by tabs, from top to bottom.
 #
-# Expects $work, a folder for the files of the run, and packages xvfb and xdotool.
+# Expects $work, a folder for the files of the run, and the packages of packages_display.
 
 # wait_for <what> <command>...: until the command succeeds, some seconds at the most
 wait_for() {
@@ -24,10 +24,12 @@ start_display() {
     export DISPLAY
 }
 
-# start_demo <program> [option]...
+# start_demo <program> [option]...: with a home folder of its own
 start_demo() {
-    LIBGL_ALWAYS_SOFTWARE=1 "$@" --state "$work/state" --config "$work/config" --screen "$work/screen" \
-        >"$work/demo.log" 2>&1 &
+    mkdir -p "$work/home"
+    env -u XDG_CONFIG_HOME -u XDG_STATE_HOME HOME="$work/home" LIBGL_ALWAYS_SOFTWARE=1 \
+        "$@" --screen "$work/screen" >"$work/demo.log" 2>&1 &
+    demo=$!
     wait_for "panel" is_shown Statistics
 }
 
@@ -43,7 +45,10 @@ place_in_row() {
     read -r -a row < <(place_of "$1") && read -r -a column < <(place_of "$2") && echo "${column[0]} ${row[1]}"
 }
 
-is_shown() { [[ -n $(place_of "$@") ]]; }
+# is_found <place function> <argument>...
+is_found() { [[ -n $("$@") ]]; }
+
+is_shown() { is_found place_of "$@"; }
 
 # Until the demo has told the screen anew.
 look_again() {
@@ -52,27 +57,35 @@ look_again() {
     wait_for "look at the screen" eval '[[ $(stat -c %Y.%i "$work/screen") != '"$before"' ]]'
 }
 
-# point_at <text> [nth]
-point_at() {
+# move_to <place function> <argument>...: the pointer goes there once nothing moves any more
+move_to() {
     local place
-    wait_for "\"$1\" on the screen" is_shown "$@"
+    wait_for "\"$2\" on the screen" is_found "$@"
     look_again
-    look_again # what moved after the last click stands still now
-    read -r -a place < <(place_of "$@")
-    xdotool mousemove "${place[@]}" sleep 0.2
+    look_again # what the last click has moved stands still now
+    read -r -a place < <("$@")
+    xdotool mousemove "${place[@]}" sleep 0.1
 }
+
+point_at() { move_to place_of "$@"; }
 
 click() {
     point_at "$@"
-    xdotool click 1 sleep 0.3
-}
-
-right_click() {
-    point_at "$@"
-    xdotool click 3 sleep 0.3
+    xdotool click 1
 }
 
 double_click() {
     point_at "$@"
-    xdotool click --repeat 2 --delay 80 1 sleep 0.3
+    xdotool click --repeat 2 --delay 80 1
 }
+
+# open_menu <text of the row> <column>: the context menu of a table's row
+open_menu() {
+    move_to place_in_row "$@"
+    xdotool click 3
+}
+
+# Away from everything that reacts to the pointer.
+point_at_nothing() { xdotool mousemove 1390 1040; }
+
+clipboard() { timeout 5 xclip -o -selection clipboard; }

@@ -2,7 +2,7 @@
 
 packages_build=(g++ cmake pkg-config libimgui-dev)
 packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev)
-packages_display=(xvfb libgl1-mesa-dri xdotool imagemagick) # a display of its own, a mouse, a camera
+packages_display=(xvfb libgl1-mesa-dri xdotool xclip imagemagick) # a display of its own, a mouse, a camera
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
 

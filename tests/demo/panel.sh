@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# The demo by real clicks: presets on disk, rows on the system's clipboard, a thread's priority, snapshots.
+# usage: panel.sh PROGRAM
+set -euo pipefail
+here=$(dirname "${BASH_SOURCE[0]}")
+source "$here/checking.sh"
+source "$here/../../scripts/lib/clicking.sh"
+for tool in Xvfb xdotool xclip; do
+    command -v $tool >/dev/null || {
+        echo "SKIPPED: $tool is missing; install the packages xvfb, xdotool and xclip"
+        exit 77
+    }
+done
+
+config=$work/home/.config/statistics-demo
+state=$work/home/.local/state/statistics-demo
+mkdir -p "$config"
+printf '{"name": "Desktop",\n "limits":\n  oops}' >"$config/desktop.json"
+
+start_display 1400x1050
+start_demo "$1" --preset Stress
+
+# Presets: a damaged file is told, the active limits are saved, loaded back and saved under a new name.
+click Presets
+wait_for "damaged file" is_shown "(desktop.json is damaged in line 3)"
+click Battery
+click Save 2 # of Desktop's row: it saves what is active
+wait_for "message" is_shown "(saved as battery.json)"
+check "Battery's limits in its file" grep -q '"max": 5000.0' "$config/battery.json"
+sed -i 's/5000.0/123456.0/' "$config/battery.json"
+click Work
+click Load 1
+wait_for "limit of the loaded file" is_shown 123456
+click "Save As" 3
+wait_for "row of the new preset" is_shown "(from my limits.json)"
+check "loaded limits in the new file" grep -q '"max": 123456.0' "$config/my limits.json"
+check "no half-written files" test "$(ls "$config" | wc -l)" -eq 3
+
+# Rows: the clipboard as another program reads it, and a thread's priority as the kernel tells it.
+click Work
+click Process
+click Threads
+open_menu particles-1 Nice
+click "Copy to Clipboard"
+copied() { [[ $(clipboard) =~ ^particles-1$'\t'[0-9]+$'\t'[a-z]+($'\t'[^$'\t']+){5}$ ]]; }
+wait_for "row on the clipboard" copied
+thread=$(clipboard | cut -f 2)
+open_menu particles-1 Nice
+click "Lower priority"
+is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f 17) == 5 ]]; }
+wait_for "nice value of 5" is_lower
+double_click particles-1
+wait_for "details of the thread" is_shown "Thread particles-1"
+
+# Snapshots: files, check boxes, the comparison as a spreadsheet gets it.
+click Process
+click Diff
+click "Take snapshot"
+snapshot_is_there() { ls "$state"/snapshots/run-1/run-1_*.csv >/dev/null 2>&1; }
+wait_for "snapshot" snapshot_is_there
+name=$(basename "$state"/snapshots/run-1/*.csv)
+click Snapshots
+click run-1
+click "$name"
+click "Save diff"
+comparison_is_there() { ls "$state"/comparisons/*.csv >/dev/null 2>&1; }
+wait_for "comparison" comparison_is_there
+comparison=$(echo "$state"/comparisons/*.csv)
+check "the header of the comparison" test "$(head -n 1 "$comparison")" == "Caption,$name,Changed"$'\r'
+check "a line for each counter" test "$(wc -l <"$comparison")" -eq "$(($(wc -l <"$state/snapshots/run-1/$name") - 1))"
+
+kill -INT "$demo"
+wait "$demo" || check "a clean end" false
+check "no reports" test ! -s "$work/demo.log"
