@@ -35,17 +35,17 @@ struct HandItems {
 
 constexpr std::size_t kOneParent = static_cast<std::size_t>(-1);
 
-unsigned groupOf(Library& library, std::size_t index, std::size_t groupSize)
+unsigned groupOf(Library& library, std::size_t index, std::size_t groupSize, unsigned top)
 {
-    return groupSize == kOneParent ? 0 : library->createLabel("group " + std::to_string(index / groupSize));
+    return groupSize == kOneParent ? top : library->createLabel("group " + std::to_string(index / groupSize));
 }
 
-void fill(Library& library, std::size_t count, std::size_t groupSize)
+void fill(Library& library, std::size_t count, std::size_t groupSize, unsigned top = 0)
 {
     unsigned group = 0;
     for (std::size_t index = 0; index < count; ++index) {
         if (index % groupSize == 0)
-            group = groupOf(library, index, groupSize);
+            group = groupOf(library, index, groupSize, top);
         library->createCounter(bench::name(index), makeCounter(), 1.0f, group);
     }
 }
@@ -127,10 +127,36 @@ void removeHand(benchmark::State& state)
     }
 }
 
-BENCHMARK_CAPTURE(removeOurs, groups, 100)->Name("remove from groups of 100/ours")->Arg(10000)->Arg(60000);
-BENCHMARK(removeHand)->Name("remove from groups of 100/hand")->Arg(10000)->Arg(60000);
-BENCHMARK_CAPTURE(removeOurs, one, kOneParent)->Name("remove from one parent/ours")->Arg(10000)->Arg(60000);
-BENCHMARK(removeHand)->Name("remove from one parent/hand")->Arg(10000)->Arg(60000);
+/// Everything below the root at once, by its top-level nodes.
+void removeAllOurs(benchmark::State& state, std::size_t groupSize)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto library = std::make_unique<Library>();
+        const unsigned top = groupSize == kOneParent ? (*library)->createLabel("top") : 0;
+        fill(*library, static_cast<std::size_t>(state.range(0)), groupSize, top);
+        const std::vector<unsigned> topLevel = statistics::TestAccess::tree().m_nodes[0].children;
+        state.ResumeTiming();
+        for (const unsigned id : topLevel)
+            (*library)->removeItem(id);
+        state.PauseTiming();
+        library.reset();
+        state.ResumeTiming();
+    }
+}
+
+BENCHMARK_CAPTURE(removeAllOurs, groups, 100)->Name("remove all, groups of 100/ours")->Arg(10000)->Arg(60000);
+BENCHMARK(removeHand)->Name("remove all, groups of 100/hand")->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(removeAllOurs, one, kOneParent)
+    ->Name("remove all, one parent/ours")
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK(removeHand)->Name("remove all, one parent/hand")->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(removeOurs, one, kOneParent)
+    ->Name("remove one by one from one parent/ours")
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK(removeHand)->Name("remove one by one from one parent/hand")->Arg(10000)->Arg(60000);
 
 /// A path of three names, each among 1,000 siblings.
 void pathOurs(benchmark::State& state)

@@ -1,0 +1,39 @@
+// What a counter costs in memory.
+
+#include "host.h"
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+namespace {
+
+double allocatedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+/// Its name and its functor apart, which a host would hold anyway.
+void memoryPerCounter(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const std::vector<float> sources(count);
+    constexpr double apart = sizeof(std::string) + sizeof(statistics::Counter::Getter);
+    double bytes = 0;
+    for (auto _ : state) {
+        bench::Library library;
+        const double before = allocatedBytes();
+        for (std::size_t index = 0; index < count; ++index)
+            library->createCounter(std::to_string(index),
+                                   std::make_unique<statistics::Counter>(bench::getter(sources[index])),
+                                   1.0f);
+        library->update(0.0f, true);
+        bytes = (allocatedBytes() - before) / static_cast<double>(count) - apart;
+    }
+    state.counters["bytes"] = bytes;
+}
+
+BENCHMARK(memoryPerCounter)->Name("memory per counter")->Arg(60000)->Iterations(1);
+
+} // namespace
