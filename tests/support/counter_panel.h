@@ -1,0 +1,35 @@
+// A panel whose tests create counters and read their lines.
+#pragma once
+
+#include "panel.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace test {
+
+class CounterPanel : public Panel {
+protected:
+    using Counter = statistics::Counter;
+    using CounterValue = statistics::CounterValue;
+
+    static unsigned add(const std::string& name, Counter counter, unsigned parent = 0, float period = 0)
+    {
+        return system().createCounter(name, std::make_unique<Counter>(std::move(counter)), period, parent);
+    }
+
+    static Counter limited(CounterValue min, CounterValue max, Counter::Getter getter)
+    {
+        return {std::move(min), std::move(max), std::move(getter), "", ""};
+    }
+
+    // The line that starts with a caption, as it is seen after the host's next turn.
+    std::string line(std::string_view caption)
+    {
+        show();
+        return ui.read().lines()[ui.text(caption).line];
+    }
+};
+
+} // namespace test
