@@ -92,18 +92,33 @@ void Tree::removeItem(unsigned id, Render& render)
     // The root has no item to free: the report of that is all that happens.
     if (parent == INVALID_ID)
         return render.removeItem(m_nodes[id].item);
-    if (m_nodes.contains(parent)) {
-        std::vector<unsigned>& siblings = m_nodes[parent].children;
-        const auto found = std::find(siblings.begin(), siblings.end(), id);
-        if (found != siblings.end())
-            siblings.erase(found);
-    }
+    if (m_nodes.contains(parent))
+        unlist(id);
     removeSubtree(id, render);
+}
+
+/// Takes a node out of its parent's children. Walks that are past it move up with those behind it.
+void Tree::unlist(unsigned id)
+{
+    const unsigned parent = m_nodes[id].parent;
+    std::vector<unsigned>& siblings = m_nodes[parent].children;
+    const auto found = std::find(siblings.begin(), siblings.end(), id);
+    if (found == siblings.end())
+        return;
+    const auto position = static_cast<std::size_t>(found - siblings.begin());
+    siblings.erase(found);
+    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer)
+        if (walk->m_parent == parent && walk->m_next > position)
+            --walk->m_next;
 }
 
 /// Items go parent first, nodes children first: that order decides which ids are given out next.
 void Tree::removeSubtree(unsigned top, Render& render)
 {
+    struct Step {
+        unsigned node;
+        std::size_t position;
+    };
     std::vector<Step> steps;
     const auto enter = [&](unsigned id) {
         render.removeItem(m_nodes[id].item);
@@ -116,16 +131,50 @@ void Tree::removeSubtree(unsigned top, Render& render)
         if (step.position < children.size()) {
             enter(children[step.position++]);
         } else {
-            m_nodes.erase(step.node);
+            eraseNode(step.node);
             steps.pop_back();
         }
     }
+}
+
+/// Its id may be given out again at once: no walk may take the new node for this one.
+void Tree::eraseNode(unsigned id)
+{
+    m_nodes.erase(id);
+    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer) {
+        if (walk->m_parent == id)
+            walk->m_parent = INVALID_ID;
+        if (walk->m_child == id)
+            walk->m_child = INVALID_ID;
+    }
+}
+
+Tree::ChildWalk::ChildWalk(const Tree& tree, unsigned parent)
+    : m_tree(tree), m_outer(tree.m_walks.innermost), m_parent(parent)
+{
+    m_tree.m_walks.innermost = this;
+}
+
+Tree::ChildWalk::~ChildWalk()
+{
+    m_tree.m_walks.innermost = m_outer;
+}
+
+/// The nodes that the walks stood on are gone.
+Tree::Walks& Tree::Walks::operator=(Walks&& /*other*/) noexcept
+{
+    for (ChildWalk* walk = innermost; walk; walk = walk->m_outer)
+        walk->m_parent = walk->m_child = INVALID_ID;
+    return *this;
 }
 
 void Tree::clearChildren(unsigned id)
 {
     m_nodes[id].children.clear();
     m_indexStale = true;
+    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer)
+        if (walk->m_parent == id)
+            walk->m_next = 0;
 }
 
 void Tree::updateNode(unsigned id, Render& render)
@@ -133,17 +182,6 @@ void Tree::updateNode(unsigned id, Render& render)
     const Orv::StackScope scope("statistics::Tree::updateNode", __FILE__, __LINE__);
     if (m_nodes.contains(id))
         render.updateNode(m_nodes[id].item);
-}
-
-/// The position of the sibling behind `child`, which stood at `position` when its turn came. Siblings may
-/// have come and gone since, `child` included.
-std::size_t Tree::positionBehind(unsigned parent, std::size_t position, unsigned child) const
-{
-    const std::vector<unsigned>& children = m_nodes[parent].children;
-    if (position < children.size() && children[position] == child)
-        return position + 1;
-    const auto found = std::find(children.begin(), children.end(), child);
-    return found != children.end() ? static_cast<std::size_t>(found - children.begin()) + 1 : position;
 }
 
 void Tree::forEach(const std::function<void(unsigned, unsigned)>& visit) const
@@ -154,13 +192,11 @@ void Tree::forEach(const std::function<void(unsigned, unsigned)>& visit) const
 CounterValue Tree::sumChildren(unsigned node, std::size_t column, Render& render) const
 {
     CounterValue sum;
-    std::size_t position = 0;
-    while (m_nodes.contains(node) && position < m_nodes[node].children.size()) {
-        const unsigned child = m_nodes[node].children[position];
-        sum += render.itemValue(m_nodes[child].item, column);
-        if (m_nodes.contains(node))
-            position = positionBehind(node, position, child);
-    }
+    if (!m_nodes.contains(node))
+        return sum;
+    ChildWalk walk(*this, node);
+    while (walk.next())
+        sum += render.itemValue(m_nodes[walk.child()].item, column);
     return sum;
 }
 

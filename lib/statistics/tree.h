@@ -18,7 +18,8 @@ namespace statistics {
 /// draws and what it is called lies with `Render`. Node 0 is the root. A tree owns its nodes, not the items:
 /// destroying or replacing a tree frees no item.
 ///
-/// Functors that run while a tree is walked may change it: walks go by position and look every node up again.
+/// Functors that run while a tree is walked may change it: walks look every node up again, and the tree tells
+/// them what it removes.
 class Tree {
 public:
     struct Node {
@@ -67,20 +68,30 @@ public:
     free_slot_vector<Node> m_nodes;
 
 private:
-    /// A node whose children are being walked.
-    struct Step {
-        unsigned node;
-        std::size_t position;
-    };
+    class ChildWalk;
     class LevelScope;
+
+    /// The walks that are under way, the innermost first. They stay with the tree when its nodes are
+    /// replaced.
+    struct Walks {
+        Walks() = default;
+        Walks(Walks&& /*other*/) noexcept {}
+        Walks& operator=(Walks&& /*other*/) noexcept;
+        ~Walks() = default;
+
+        ChildWalk* innermost = nullptr;
+    };
 
     void drawNode(Render& render, unsigned id);
     bool drawLine(Render& render, unsigned id);
-    std::size_t skipHiddenLeaves(unsigned parent, std::size_t position) const;
+    void skipHiddenLeaves(ChildWalk& walk) const;
     void prepareLineHeights(const Render& render);
     void forgetLineHeight(unsigned id);
-    std::size_t positionBehind(unsigned parent, std::size_t position, unsigned child) const;
+    template<typename Visit>
+    void visitBelow(unsigned parent, const Visit& visit) const;
+    void unlist(unsigned id);
     void removeSubtree(unsigned top, Render& render);
+    void eraseNode(unsigned id);
     void indexNewNodes(const Render& render);
     void rebuildIndex(const Render& render);
 
@@ -92,27 +103,55 @@ private:
     std::vector<float> m_lineHeights;
     widgets::LineMetrics m_lineMetrics{};
     unsigned m_layoutGeneration = 0;
+    mutable Walks m_walks;
+};
+
+/// Goes through the children of a node, which may come and go meanwhile, the node itself included: each child
+/// that stays has its turn once, in order.
+class [[nodiscard]] Tree::ChildWalk {
+public:
+    ChildWalk(const Tree& tree, unsigned parent);
+    ~ChildWalk();
+    ChildWalk(const ChildWalk&) = delete;
+    ChildWalk& operator=(const ChildWalk&) = delete;
+
+    /// Moves on to the next child; false if there is none.
+    bool next()
+    {
+        if (m_parent == INVALID_ID || m_next >= m_tree.m_nodes[m_parent].children.size())
+            return false;
+        m_child = m_tree.m_nodes[m_parent].children[m_next++];
+        return true;
+    }
+    /// INVALID_ID once it has been removed.
+    unsigned child() const { return m_child; }
+
+private:
+    friend class Tree;
+
+    const Tree& m_tree;
+    ChildWalk* const m_outer;
+    unsigned m_parent; ///< INVALID_ID once it has been removed
+    unsigned m_child = INVALID_ID;
+    std::size_t m_next = 0; ///< position of the child whose turn comes
 };
 
 template<typename Visit>
 void Tree::forEachNode(const Visit& visit) const
 {
     const CallScope call;
-    std::vector<Step> steps;
     if (!m_nodes.empty())
-        steps.push_back({m_nodes.begin(), 0});
-    while (!steps.empty()) {
-        const Step step = steps.back();
-        if (!m_nodes.contains(step.node) || step.position >= m_nodes[step.node].children.size()) {
-            steps.pop_back();
-            continue;
-        }
-        const unsigned child = m_nodes[step.node].children[step.position];
-        visit(child);
-        if (m_nodes.contains(step.node))
-            steps.back().position = positionBehind(step.node, step.position, child);
-        if (m_nodes.contains(child) && m_nodes[child].parent == step.node && !m_nodes[child].children.empty())
-            steps.push_back({child, 0});
+        visitBelow(m_nodes.begin(), visit);
+}
+
+template<typename Visit>
+void Tree::visitBelow(unsigned parent, const Visit& visit) const
+{
+    ChildWalk walk(*this, parent);
+    while (walk.next()) {
+        visit(walk.child());
+        if (walk.child() != INVALID_ID && !m_nodes[walk.child()].children.empty())
+            visitBelow(walk.child(), visit);
     }
 }
 

@@ -48,31 +48,26 @@ void Tree::drawNode(Render& render, unsigned id)
     if (!drawLine(render, id))
         return;
     const LevelScope level(render);
-    std::size_t position = skipHiddenLeaves(id, 0);
-    while (m_nodes.contains(id) && position < m_nodes[id].children.size()) {
-        const unsigned child = m_nodes[id].children[position];
-        drawNode(render, child);
-        // A functor may have removed any of these nodes: look them up again.
-        if (m_nodes.contains(id))
-            position = skipHiddenLeaves(id, positionBehind(id, position, child));
-    }
+    ChildWalk walk(*this, id);
+    for (skipHiddenLeaves(walk); walk.next(); skipHiddenLeaves(walk))
+        drawNode(render, walk.child());
 }
 
 /// Moves on past the children without children of their own that lie out of view, without looking at them.
-/// Gives back the position of the first child that has to be looked at.
-std::size_t Tree::skipHiddenLeaves(unsigned parent, std::size_t position) const
+void Tree::skipHiddenLeaves(ChildWalk& walk) const
 {
-    const std::vector<unsigned>& children = m_nodes[parent].children;
+    if (walk.m_parent == INVALID_ID)
+        return;
+    const std::vector<unsigned>& children = m_nodes[walk.m_parent].children;
     const widgets::HiddenLines hidden;
     float height = 0.0f;
-    for (; position < children.size() && children[position] < m_lineHeights.size(); ++position) {
-        const float line = m_lineHeights[children[position]];
+    for (std::size_t& next = walk.m_next; next < children.size(); ++next) {
+        const float line = children[next] < m_lineHeights.size() ? m_lineHeights[children[next]] : 0.0f;
         if (line <= 0.0f || !hidden.contain(height, line))
             break;
         height += line;
     }
     hidden.skip(height);
-    return position;
 }
 
 /// Draws or skips the node's own line. True if its children follow.
