@@ -7,6 +7,7 @@ namespace statistics {
 namespace {
 
 constexpr std::size_t kLeastEntries = 64;
+constexpr unsigned kNoNode = 0x7FFFFFFF; ///< all bits that an entry has for a node
 
 } // namespace
 
@@ -28,9 +29,11 @@ void NameIndex::reset(std::size_t count)
 void NameIndex::add(std::uint32_t hash, unsigned node)
 {
     std::size_t at = hash & mask();
-    while (m_entries[at].used)
-        at = (at + 1) & mask();
-    m_entries[at] = {hash, node & 0x7FFFFFFFu, 1};
+    for (; m_entries[at].used; at = (at + 1) & mask())
+        // An earlier node with this id and name is gone: the new one stands behind its namesakes.
+        if (m_entries[at].hash == hash && m_entries[at].node == node)
+            m_entries[at].node = kNoNode;
+    m_entries[at] = {hash, node & kNoNode, 1};
     ++m_used;
 }
 
