@@ -225,8 +225,10 @@ TEST(FreeSlotVector, aMoveCarriesTheFreeListAndLeavesAnEmptyContainer)
     EXPECT_EQ(element.use_count(), 1 + 9);
     EXPECT_EQ(target.emplace(element), 4U);
     EXPECT_EQ(target.emplace(element), 10U);
-    EXPECT_EQ(source.size(), 0U); // NOLINT(bugprone-use-after-move): promised to be empty
+    // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): it promises to be empty
+    EXPECT_EQ(source.size(), 0U);
     EXPECT_EQ(source.emplace(element), 0U);
+    // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
     const free_slot_vector<Shared> made(std::move(target));
     EXPECT_EQ(walk(made).size(), 11U);
 }
