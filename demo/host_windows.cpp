@@ -20,6 +20,8 @@ constexpr float kMargin = 12;      // pixels between windows
 constexpr float kPanelWidth = 944; // a table at the third level of the tree, and a scrollbar
 constexpr float kSettingsHeight = 270;
 constexpr float kWarningsHeight = 200;
+constexpr float kDetailsHeight = 320;
+constexpr float kCaptionWidth = 150; // right of a slider or field
 const ImVec4 kDim(0.55f, 0.62f, 0.70f, 1);
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
 const ImVec4 kFine(0.45f, 0.75f, 0.35f, 1);
@@ -130,10 +132,9 @@ void HostWindows::drawSettings()
 
 void HostWindows::drawWork()
 {
-    constexpr float kLabelWidth = -150; // pixels kept free right of a slider
     Particles& particles = m_app.particles();
     Settings& settings = m_app.settings();
-    ImGui::PushItemWidth(kLabelWidth);
+    ImGui::PushItemWidth(-kCaptionWidth);
     int count = particles.count();
     if (ImGui::SliderInt("Particles", &count, Particles::kMinCount, Particles::kMaxCount))
         particles.setCount(count);
@@ -160,7 +161,7 @@ void HostWindows::drawFolders()
     std::string& name = m_app.presets().saveAsName();
     char text[64] = {};
     name.copy(text, sizeof(text) - 1);
-    ImGui::PushItemWidth(-150);
+    ImGui::PushItemWidth(-kCaptionWidth);
     if (ImGui::InputText("\"Save As\" name", text, sizeof(text)))
         name = text;
     ImGui::PopItemWidth();
@@ -206,7 +207,7 @@ void HostWindows::drawDetails()
     Notices::Details& details = m_app.notices().details;
     if (details.title.empty())
         return;
-    placeRight(kSettingsHeight + kWarningsHeight + 3 * kMargin, 320);
+    placeRight(kSettingsHeight + kWarningsHeight + 3 * kMargin, kDetailsHeight);
     bool open = true;
     // The title changes with the row, the window stays the same.
     if (ImGui::Begin((details.title + "###Details").c_str(), &open)) {

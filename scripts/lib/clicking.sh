@@ -50,11 +50,13 @@ is_found() { [[ -n $("$@") ]]; }
 
 is_shown() { is_found place_of "$@"; }
 
+is_newer() { [[ $(stat -c %y "$work/screen") != "$1" ]]; }
+
 # Until the demo has told the screen anew.
 look_again() {
     local before
-    before=$(stat -c %Y.%i "$work/screen")
-    wait_for "look at the screen" eval '[[ $(stat -c %Y.%i "$work/screen") != '"$before"' ]]'
+    before=$(stat -c %y "$work/screen")
+    wait_for "new look at the screen" is_newer "$before"
 }
 
 # move_to <place function> <argument>...: the pointer goes there once nothing moves any more
