@@ -76,9 +76,18 @@ click() {
     xdotool click 1
 }
 
+# double_click <what it brings to the screen> <text> [nth]
 double_click() {
-    point_at "$@"
-    xdotool click --repeat 2 --delay 80 1
+    local try
+    # A busy machine may draw so slowly that the clicks fall into one frame, or too far apart.
+    for ((try = 0; try < 10; ++try)); do
+        point_at "${@:2}"
+        xdotool click --repeat 2 --delay 130 1
+        look_again
+        look_again
+        is_shown "$1" && return
+    done
+    wait_for "\"$1\" after a double click" false
 }
 
 # open_menu <text of the row> <column>: the context menu of a table's row

@@ -49,8 +49,7 @@ open_menu particles-1 Nice
 click "Lower priority"
 is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f 17) == 5 ]]; }
 wait_for "nice value of 5" is_lower
-double_click particles-1
-wait_for "details of the thread" is_shown "Thread particles-1"
+double_click "Thread particles-1" particles-1
 
 # Snapshots: files, check boxes, the comparison as a spreadsheet gets it.
 click Process
