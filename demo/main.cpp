@@ -64,50 +64,63 @@ int check(App& app, double seconds)
 
 volatile std::sig_atomic_t s_interrupted = 0;
 
-/// True if the user or the command line wants the program to end.
-bool isOver(const Options& options, const demo::Window& window, unsigned frames, double seconds)
+/// What there is with a window only.
+struct Screen {
+    demo::Window window;
+    demo::HostWindows windows;
+    demo::ScreenReport report;
+    bool menuOpen = false;
+};
+
+void drawFrame(App& app, Screen& screen)
 {
-    return window.closed() || s_interrupted != 0 || (options.frames && frames >= *options.frames) ||
-           (options.seconds && seconds >= *options.seconds);
+    const auto timer = app.clock().time(EStage::Panel);
+    screen.window.beginFrame();
+    screen.windows.draw(ImGui::GetIO().DeltaTime);
+    screen.menuOpen = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
+    screen.window.endFrame();
 }
 
+/// One frame, stage by stage.
+void runFrame(App& app, Screen& screen)
+{
+    app.work(screen.menuOpen);
+    {
+        const auto timer = app.clock().time(EStage::Events);
+        screen.window.pollEvents([&screen](int key) { screen.windows.onKey(key); });
+    }
+    drawFrame(app, screen);
+    screen.report.tell(ImGui::GetIO().DeltaTime);
+    {
+        const auto timer = app.clock().time(EStage::Rendering);
+        screen.window.render();
+    }
+    {
+        const auto timer = app.clock().time(EStage::Presenting);
+        screen.window.present();
+    }
+    app.pace();
+}
+
+/// Runs in a window until the user or the command line wants an end.
 int run(App& app, const Options& options)
 {
     const auto state = demo::userFolder(options.stateFolder, "XDG_STATE_HOME", ".local/state");
     std::error_code error; // without the folder the layout isn't kept, no more
     std::filesystem::create_directories(state, error);
     const std::string layout = (state / "layout.ini").string();
-    demo::Window window(layout.c_str());
-    demo::HostWindows windows(app);
-    demo::ScreenReport report(options.screenFile);
+    Screen screen{demo::Window(layout.c_str()), demo::HostWindows(app),
+                  demo::ScreenReport(options.screenFile)};
     // Ctrl+C ends the program as its close box does: the layout is kept.
     for (const int signal : {SIGINT, SIGTERM})
         std::signal(signal, [](int) { s_interrupted = 1; });
+
     const double start = demo::clockSeconds();
-    bool menuOpen = false;
-    for (unsigned frames = 0; !isOver(options, window, frames, demo::clockSeconds() - start); ++frames) {
-        app.work(menuOpen);
-        {
-            const auto timer = app.clock().time(EStage::Events);
-            window.pollEvents([&windows](int key) { windows.onKey(key); });
-        }
-        {
-            const auto timer = app.clock().time(EStage::Panel);
-            window.beginFrame();
-            windows.draw(ImGui::GetIO().DeltaTime);
-            menuOpen = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
-            window.endFrame();
-        }
-        report.tell(ImGui::GetIO().DeltaTime);
-        {
-            const auto timer = app.clock().time(EStage::Rendering);
-            window.render();
-        }
-        {
-            const auto timer = app.clock().time(EStage::Presenting);
-            window.present();
-        }
-        app.pace();
+    unsigned frames = 0;
+    while (!screen.window.closed() && s_interrupted == 0 && !(options.frames && frames >= *options.frames) &&
+           !(options.seconds && demo::clockSeconds() - start >= *options.seconds)) {
+        runFrame(app, screen);
+        ++frames;
     }
     return 0;
 }
