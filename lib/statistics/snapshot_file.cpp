@@ -5,6 +5,7 @@
 #include "statistics_analyzer.h"
 
 #include "format.h"
+#include "native_path.h"
 
 #include <algorithm>
 #include <clocale>
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <locale>
+#include <string>
 #include <system_error>
 
 #ifdef _WIN32
@@ -32,9 +34,18 @@ constexpr char kDelimiter = '\t';
 /// `strtof` with the point of the "C" locale. Text that doesn't begin with a number gives zero.
 float parseFloat(const char* text)
 {
-#ifdef _WIN32
+#if defined(_MSC_VER)
     static const _locale_t locale = _create_locale(LC_ALL, "C");
-    return static_cast<float>(_strtod_l(text, nullptr, locale));
+    return _strtof_l(text, nullptr, locale);
+#elif defined(_WIN32)
+    // mingw-w64 has no strtof_l, and its _strtod_l knows neither infinities nor hexadecimal numbers.
+    std::string number = text;
+    const char point = *std::localeconv()->decimal_point;
+    if (point != '.') {
+        number.resize(std::min(number.find(point), number.size()));
+        std::replace(number.begin(), number.end(), '.', point);
+    }
+    return std::strtof(number.c_str(), nullptr);
 #else
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return strtof_l(text, nullptr, locale);
@@ -71,7 +82,7 @@ void writeLine(std::ofstream& file, const std::string& caption, const std::strin
 
 void StatisticsAnalyzer::writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const
 {
-    const std::filesystem::path path = Orv::orv_format("%s/%s", root.c_str(), relativePath.c_str());
+    const std::filesystem::path path = toPath(Orv::orv_format("%s/%s", root.c_str(), relativePath.c_str()));
     std::error_code ignored; // the open that follows fails, too
     std::filesystem::create_directories(path.parent_path(), ignored);
     std::ofstream file;
@@ -91,7 +102,7 @@ SnapshotValues StatisticsAnalyzer::readSnapshot(const std::string& path)
     SnapshotValues values;
     std::ifstream file;
     file.imbue(std::locale::classic());
-    file.open(path, std::ios::in);
+    file.open(toPath(path), std::ios::in);
     std::string line;
     std::getline(file, line); // "sep="
     std::getline(file, line); // the header

@@ -1,6 +1,7 @@
 #include "statistics_analyzer.h"
 
 #include "format.h"
+#include "native_path.h"
 
 #include <ctime>
 #include <filesystem>
@@ -66,7 +67,7 @@ std::string timeStamp()
 
 bool isFolderName(const std::string& name)
 {
-    const fs::path path(name);
+    const fs::path path = toPath(name);
     return isRootName(name) && path == path.filename() && name != "." && name != "..";
 }
 
@@ -83,15 +84,15 @@ StatisticsAnalyzer::StatisticsAnalyzer(std::string rootDirectory, std::string fo
 
 void StatisticsAnalyzer::scanSnapshots()
 {
-    const fs::path directory(root);
+    const fs::path directory = toPath(root);
     std::error_code unreadable; // a root that isn't there holds nothing
     forEachEntry(fs::directory_iterator(directory, unreadable), directory, [this](const auto& folderEntry) {
         if (typeOf(folderEntry) != fs::file_type::directory)
             return;
-        const std::string name = folderEntry.path().filename().string();
+        const std::string name = toText(folderEntry.path().filename());
         forEachEntry(open(folderEntry.path()), folderEntry.path(), [&](const auto& file) {
             if (typeOf(file) == fs::file_type::regular)
-                loadSnapshot(file.path().filename().string(), name);
+                loadSnapshot(toText(file.path().filename()), name);
         });
     });
 }
@@ -114,7 +115,7 @@ void StatisticsAnalyzer::clearSnapshots()
     for (const Snapshot& snapshot : snapshots) {
         // Without a separator at its end: a folder that is a symbolic link loses the link, not what it points
         // to.
-        const fs::path directory = Orv::orv_format("%s/%s", root.c_str(), snapshot.folder.c_str());
+        const fs::path directory = toPath(Orv::orv_format("%s/%s", root.c_str(), snapshot.folder.c_str()));
         std::error_code error;
         fs::remove_all(directory, error);
         throwIf(error, "remove_all", directory);
