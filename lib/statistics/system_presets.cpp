@@ -46,8 +46,11 @@ void System::choosePreset(std::size_t index)
 void System::clearPresets()
 {
     CallScope::retire(std::exchange(limitPresets, {}));
-    m_data->presetGroup = PresetGroup(m_data->render);
-    m_data->render.clearPresets();
+    // The new label takes the old one's slot, and with it the identity by which the user has opened the group.
+    Render& render = m_data->render;
+    render.removeItem(m_data->presetGroup.tree.item(m_data->presetGroup.groupNode));
+    m_data->presetGroup = PresetGroup(render);
+    render.clearPresets();
 }
 
 ItemPreset& System::getPreset(unsigned slot)
