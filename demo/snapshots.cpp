@@ -68,9 +68,9 @@ void Snapshots::saveDiff()
         m_notices.message = "Nothing to save: tick snapshots to compare them.";
         return;
     }
-    const fs::path path = m_comparisons / ("comparison_" + localTime() + ".csv");
+    const fs::path path = m_comparisons / (localTime() + ".csv");
     const std::string problem = replaceText(path, toCsv(comparison));
-    m_notices.message = problem.empty() ? "Comparison saved: " + shortPath(path) : problem;
+    m_notices.message = problem.empty() ? "Comparison saved:\n" + shortPath(path) : problem;
 }
 
 } // namespace demo

@@ -99,4 +99,4 @@ open_menu() {
 # Away from everything that reacts to the pointer.
 point_at_nothing() { xdotool mousemove 1390 1040; }
 
-clipboard() { timeout 5 xclip -o -selection clipboard; }
+clipboard() { timeout 5 xclip -o -selection clipboard 2>/dev/null; }
