@@ -8,7 +8,8 @@ namespace statistics::widgets {
 
 namespace {
 
-constexpr float kLeastColumnWidth = 8.0f; ///< pixels; ImGui fails on columns of no width
+constexpr float kLeastColumnWidth = 8.0f;     ///< pixels; ImGui fails on columns of no width
+constexpr float kMostColumnWidth = 100000.0f; ///< and on endless ones
 constexpr float kHeaderHeight = 20.0f;
 constexpr float kHeaderMargin = 12.0f; ///< between neighbouring header buttons
 
@@ -78,20 +79,40 @@ ColumnsScope::ColumnsScope(int count, const char* id, float width)
     // ImGui keeps each width as a fraction of the set's, which it takes from the window's work area: make
     // that area the layout's own for the time of the columns.
     window->WorkRect.Max.x = window->Pos.x + window->DC.Indent.x + width;
-    ImGui::BeginColumns(id, count,
-                        ImGuiOldColumnFlags_NoForceWithinWindow | ImGuiOldColumnFlags_GrowParentContentsSize);
+    ImGui::BeginColumns(id, count, ImGuiOldColumnFlags_NoForceWithinWindow);
     m_isNew = window->DC.CurrentColumns->IsFirstFrame;
+    stretchRows();
 }
 
 ColumnsScope::~ColumnsScope()
 {
+    ImGuiWindow* window = ImGui::GetCurrentWindow();
+    const float end = columnsEnd();
     ImGui::EndColumns();
-    ImGui::GetCurrentWindow()->WorkRect.Max.x = m_workRectEnd;
+    window->WorkRect.Max.x = m_workRectEnd;
+    // The panel scrolls sideways as far as the columns reach, not as far as the texts of the rows that
+    // happen to be in view: those are cut at their column's border.
+    window->DC.CursorMaxPos.x = std::max(window->DC.CursorMaxPos.x, end);
 }
 
 void ColumnsScope::setWidth(int column, float width) const
 {
-    ImGui::SetColumnWidth(column, width > kLeastColumnWidth ? width : kLeastColumnWidth);
+    const float least = width > kLeastColumnWidth ? width : kLeastColumnWidth;
+    ImGui::SetColumnWidth(column, std::min(least, kMostColumnWidth));
+    stretchRows();
+}
+
+/// Where the last column ends on the screen.
+float ColumnsScope::columnsEnd()
+{
+    return ImGui::GetCurrentWindow()->Pos.x + ImGui::GetColumnOffset(ImGui::GetColumnsCount());
+}
+
+/// What spans all columns reaches the last one's end, wherever widths and the user's dragging put it.
+void ColumnsScope::stretchRows()
+{
+    float& end = ImGui::GetCurrentWindow()->ParentWorkRect.Max.x;
+    end = std::max(end, columnsEnd());
 }
 
 void suggestNextWindowSize(const ImVec2& size)
@@ -178,9 +199,24 @@ LineMetrics lineMetrics()
     return {ImGui::GetFontSize(), style.FramePadding.y, style.ItemSpacing.y};
 }
 
-float linePosition()
+LineMeasure::LineMeasure()
 {
-    return ImGui::GetCurrentContext()->CurrentWindow->DC.CursorPos.y;
+    ImGuiWindowTempData& layout = ImGui::GetCurrentContext()->CurrentWindow->DC;
+    m_start = layout.CursorPos;
+    m_reach = layout.CursorMaxPos.x;
+    layout.CursorMaxPos.x = m_start.x;
+}
+
+LineMeasure::~LineMeasure()
+{
+    float& reach = ImGui::GetCurrentContext()->CurrentWindow->DC.CursorMaxPos.x;
+    reach = std::max(reach, m_reach);
+}
+
+ImVec2 LineMeasure::size() const
+{
+    const ImGuiWindowTempData& layout = ImGui::GetCurrentContext()->CurrentWindow->DC;
+    return {layout.CursorMaxPos.x - m_start.x, layout.CursorPos.y - m_start.y};
 }
 
 HiddenLines::HiddenLines()
@@ -193,10 +229,10 @@ HiddenLines::HiddenLines()
     m_visibleBottom = window.ClipRect.Max.y + margin;
 }
 
-void HiddenLines::skip(float height) const
+void HiddenLines::skip(const ImVec2& size) const
 {
-    if (height > 0.0f)
-        ImGui::ItemSize(ImVec2(0.0f, height - ImGui::GetStyle().ItemSpacing.y));
+    if (size.y > 0.0f)
+        ImGui::ItemSize(ImVec2(size.x, size.y - ImGui::GetStyle().ItemSpacing.y));
 }
 
 bool hiddenTreeNode(unsigned id)

@@ -67,10 +67,13 @@ public:
 
     /// True if ImGui has no widths for these columns yet: a new context, or another number of columns.
     bool isNew() const { return m_isNew; }
-    /// `width` in pixels; it has a floor, and what isn't a number counts as zero.
+    /// `width` in pixels; it has a floor and a ceiling, and what isn't a number counts as zero.
     void setWidth(int column, float width) const;
 
 private:
+    static float columnsEnd();
+    static void stretchRows();
+
     float m_workRectEnd;
     bool m_isNew;
 };
@@ -118,8 +121,21 @@ struct LineMetrics {
     }
 };
 LineMetrics lineMetrics();
-/// Distance in pixels from the window's top to the present line.
-float linePosition();
+/// Measures the line that is drawn while it lives.
+class [[nodiscard]] LineMeasure {
+public:
+    LineMeasure();
+    ~LineMeasure();
+    LineMeasure(const LineMeasure&) = delete;
+    LineMeasure& operator=(const LineMeasure&) = delete;
+
+    /// In pixels, the spacing below included.
+    ImVec2 size() const;
+
+private:
+    ImVec2 m_start;
+    float m_reach; ///< of the lines before
+};
 /// The lines from the present one on that lie outside the visible part of the window. The margin of two lines
 /// on both sides lets keyboard navigation reach the next one.
 class HiddenLines {
@@ -130,8 +146,8 @@ public:
     {
         return m_top + offset + height < m_visibleTop || m_top + offset > m_visibleBottom;
     }
-    /// Moves on by lines of known height, spacing included.
-    void skip(float height) const;
+    /// Moves on by lines of known size, spacing included. Their width counts as if they were drawn.
+    void skip(const ImVec2& size) const;
 
 private:
     float m_top, m_visibleTop, m_visibleBottom;
