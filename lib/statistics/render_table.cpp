@@ -191,8 +191,8 @@ void copyGetters(const Table& table, ItemTable::Getters& getters)
 
 } // namespace
 
-/// One refresh: the memory of the getters' copies comes from the item and goes back to it, and rows that an
-/// exception left unread are empty instead of old.
+/// One refresh: the memory of the getters' copies comes from the item and goes back to it, and rows that
+/// weren't read, for an exception or for want of columns, are empty instead of old.
 class Render::Refresh {
 public:
     Refresh(Render& render, unsigned slot, Table& table)
@@ -220,7 +220,7 @@ public:
 
     void readRows()
     {
-        for (; m_row < m_count; ++m_row)
+        for (; m_row < m_count && !m_getters.empty(); ++m_row)
             for (std::size_t column = 0; column < m_getters.size(); ++column)
                 if (!readCell(column))
                     return;
