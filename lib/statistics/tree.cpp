@@ -33,15 +33,15 @@ unsigned Tree::addChild(unsigned item, unsigned parentId)
     const unsigned id = m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
     m_nodes[parentId].children.push_back(id);
     m_unindexed.push_back(id);
-    forgetLineHeight(id);
-    forgetLineHeight(parentId);
+    forgetLine(id);
+    forgetLine(parentId);
     return id;
 }
 
-void Tree::forgetLineHeight(unsigned id)
+void Tree::forgetLine(unsigned id)
 {
-    if (id < m_lineHeights.size())
-        m_lineHeights[id] = 0.0f;
+    if (id < m_lines.size())
+        m_lines[id] = {};
 }
 
 unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& render)

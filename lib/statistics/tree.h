@@ -85,8 +85,8 @@ private:
     void drawNode(Render& render, unsigned id);
     bool drawLine(Render& render, unsigned id);
     void skipHiddenLeaves(ChildWalk& walk) const;
-    void prepareLineHeights(const Render& render);
-    void forgetLineHeight(unsigned id);
+    void prepareLines(const Render& render);
+    void forgetLine(unsigned id);
     template<typename Visit>
     void visitBelow(unsigned parent, const Visit& visit) const;
     void unlist(unsigned id);
@@ -99,8 +99,12 @@ private:
     NameIndex m_names;
     std::vector<unsigned> m_unindexed; ///< nodes added since the index was last used
     bool m_indexStale = false;
-    /// By node, spacing included: 0 until the line was drawn, negative for one that had children then.
-    std::vector<float> m_lineHeights;
+    /// What a node's own line was when it was last drawn, in pixels, spacing included.
+    struct Line {
+        ImVec2 size{0.0f, 0.0f}; ///< no height until it was drawn
+        bool isLeaf = false;     ///< it had no children then
+    };
+    std::vector<Line> m_lines; ///< by node
     widgets::LineMetrics m_lineMetrics{};
     unsigned m_layoutGeneration = 0;
     mutable Walks m_walks;

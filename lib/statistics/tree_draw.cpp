@@ -1,4 +1,4 @@
-// Drawing a tree. Lines that lie out of view cost next to nothing: they are skipped by the height that they
+// Drawing a tree. Lines that lie out of view cost next to nothing: they are skipped by the size that they
 // had when they were last drawn.
 
 #include "tree.h"
@@ -7,7 +7,7 @@
 #include "call_scope.h"
 #include "stack_tracker.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace statistics {
 
@@ -39,7 +39,7 @@ void Tree::draw(Render& render)
     const CallScope call;
     if (!ORV_ASSERT(!m_nodes.empty()))
         return;
-    prepareLineHeights(render);
+    prepareLines(render);
     drawNode(render, m_nodes.begin());
 }
 
@@ -60,14 +60,15 @@ void Tree::skipHiddenLeaves(ChildWalk& walk) const
         return;
     const std::vector<unsigned>& children = m_nodes[walk.m_parent].children;
     const widgets::HiddenLines hidden;
-    float height = 0.0f;
-    for (std::size_t& next = walk.m_next; next < children.size(); ++next) {
-        const float line = children[next] < m_lineHeights.size() ? m_lineHeights[children[next]] : 0.0f;
-        if (line <= 0.0f || !hidden.contain(height, line))
+    ImVec2 skipped(0.0f, 0.0f);
+    for (std::size_t& next = walk.m_next; next < children.size() && children[next] < m_lines.size(); ++next) {
+        const Line& line = m_lines[children[next]];
+        if (!line.isLeaf || !hidden.contain(skipped.y, line.size.y))
             break;
-        height += line;
+        skipped.x = std::max(skipped.x, line.size.x);
+        skipped.y += line.size.y;
     }
-    hidden.skip(height);
+    hidden.skip(skipped);
 }
 
 /// Draws or skips the node's own line. True if its children follow.
@@ -78,30 +79,29 @@ bool Tree::drawLine(Render& render, unsigned id)
     const bool hasChildren = !node.children.empty();
     if (!isPlainLine(render.itemType(item)))
         return render.drawItem(item, node.depth, hasChildren);
-    if (m_lineHeights.size() <= id)
-        m_lineHeights.resize(m_nodes.size(), 0.0f);
-    const float known = std::abs(m_lineHeights[id]);
+    if (m_lines.size() <= id)
+        m_lines.resize(m_nodes.size());
+    const ImVec2 known = m_lines[id].size;
     const widgets::HiddenLines hidden;
-    if (known > 0.0f && hidden.contain(0.0f, known)) {
+    if (known.y > 0.0f && hidden.contain(0.0f, known.y)) {
         hidden.skip(known);
         return hasChildren && widgets::hiddenTreeNode(item);
     }
-    const float top = widgets::linePosition();
+    const widgets::LineMeasure measure;
     const bool open = render.drawItem(item, node.depth, hasChildren);
-    const float height = widgets::linePosition() - top;
     if (m_nodes.contains(id))
-        m_lineHeights[id] = hasChildren ? -height : height;
+        m_lines[id] = {measure.size(), !hasChildren};
     return open;
 }
 
-void Tree::prepareLineHeights(const Render& render)
+void Tree::prepareLines(const Render& render)
 {
     const widgets::LineMetrics metrics = widgets::lineMetrics();
     if (metrics == m_lineMetrics && m_layoutGeneration == render.layoutGeneration)
         return;
     m_lineMetrics = metrics;
     m_layoutGeneration = render.layoutGeneration;
-    m_lineHeights.clear();
+    m_lines.clear();
 }
 
 } // namespace statistics
