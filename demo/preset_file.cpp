@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace demo {
 
@@ -24,13 +25,14 @@ double asWritten(float number)
     return result;
 }
 
-/// A finite number under `key`, or NaN.
+/// A number under `key` that a float can hold, or NaN.
 float numberIn(const json& entry, const char* key)
 {
     const auto found = entry.find(key);
     if (found == entry.end() || !found->is_number())
         return NAN;
-    return found->get<float>();
+    const auto number = found->get<double>();
+    return std::fabs(number) <= std::numeric_limits<float>::max() ? static_cast<float>(number) : NAN;
 }
 
 /// False if the entry isn't a pair of limits.
@@ -39,7 +41,7 @@ bool parseLimit(const json& entry, Limit& limit)
     if (!entry.is_object())
         return false;
     limit = {numberIn(entry, "min"), numberIn(entry, "max")};
-    return std::isfinite(limit.min) && std::isfinite(limit.max) && limit.min <= limit.max;
+    return limit.min <= limit.max; // false with a NaN
 }
 
 /// The problem, empty for none.

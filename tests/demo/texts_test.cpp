@@ -1,0 +1,87 @@
+// What the demo writes for other programs and reads from them, where the running demo rarely shows it.
+#include "csv.h"
+#include "preset_file.h"
+#include "proc_text.h"
+
+#include <statistics/diff_table.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using statistics::CounterValue;
+
+TEST(ComparisonAsCsv, quotesWhatASpreadsheetWouldSplit)
+{
+    statistics::DiffTable comparison;
+    comparison.m_columns = {{"a,b.csv", 0}, {"say \"hi\"", 1}};
+    comparison.m_rows = {
+        {"Plain/Path", {CounterValue(0.1f), CounterValue(16777216.0f)}, true},
+        {"two\nlines", {CounterValue(-3), CounterValue()}, false},
+        {"Text", {CounterValue(std::string("x,\"y\"")), CounterValue(4000000000u)}, true},
+    };
+    EXPECT_EQ(demo::toCsv(comparison), "Caption,\"a,b.csv\",\"say \"\"hi\"\"\",Changed\r\n"
+                                       "Plain/Path,0.1,16777216,yes\r\n"
+                                       "\"two\nlines\",-3,,no\r\n"
+                                       "Text,\"x,\"\"y\"\"\",4000000000,yes\r\n");
+}
+
+TEST(PresetFile, givesBackWhatWasSaved)
+{
+    const statistics::LimitMap limits = {{"a.b", {0.1f, 33.3f}}, {"\"odd\" \\ key", {-1e30f, 1e30f}}};
+    const std::string text = demo::printPreset("My limits", limits);
+    EXPECT_NE(text.find("\"min\": 0.1\n"), std::string::npos) << text;
+
+    const demo::PresetText preset = demo::parsePreset(text);
+    EXPECT_EQ(preset.problem, "");
+    EXPECT_EQ(preset.name, "My limits");
+    ASSERT_EQ(preset.limits.size(), limits.size());
+    for (const auto& [key, limit] : limits) {
+        EXPECT_EQ(preset.limits.at(key).min, limit.min) << key;
+        EXPECT_EQ(preset.limits.at(key).max, limit.max) << key;
+    }
+}
+
+TEST(PresetFile, tellsWhatIsWrongWithIt)
+{
+    const struct {
+        const char* text;
+        const char* problem;
+    } cases[] = {
+        {"", "is damaged in line 1"},
+        {"{\"limits\":\n {\"a\": {\"min\": 1,\n \"max\": }}}", "is damaged in line 3"},
+        {"[1, 2]", "holds no preset"},
+        {"{}", "has no limits"},
+        {"{\"limits\": 3}", "has no limits"},
+        {"{\"limits\": {\"a\": 3}}", "'a' has no min and max"},
+        {"{\"limits\": {\"a\": {\"min\": 1}}}", "'a' has no min and max"},
+        {"{\"limits\": {\"a\": {\"min\": \"1\", \"max\": 2}}}", "'a' has no min and max"},
+        {"{\"limits\": {\"a\": {\"min\": 3, \"max\": 2}}}", "'a' has no min and max"},
+        {"{\"limits\": {\"a\": {\"min\": 0, \"max\": 1e300}}}", "'a' has no min and max"},
+    };
+    for (const auto& [text, problem] : cases)
+        EXPECT_EQ(demo::parsePreset(text).problem, problem) << text;
+}
+
+TEST(TaskStat, readsNamesWithBlanksAndParentheses)
+{
+    const std::string numbers = " S 1 1 1 0 -1 0 0 0 0 0 150 50 0 0 20 -5 7 0 100 4096000 250 0";
+    const auto stat = demo::parseTaskStat("42 (a) b (c)" + numbers);
+    ASSERT_TRUE(stat);
+    EXPECT_EQ(stat->name, "a) b (c");
+    EXPECT_EQ(stat->state, 'S');
+    EXPECT_EQ(stat->nice, -5);
+    EXPECT_EQ(stat->threads, 7);
+    EXPECT_GT(stat->processorSeconds, 0);
+    EXPECT_GT(stat->residentMiB, 0);
+}
+
+TEST(TaskStat, isNothingForATaskThatEndedMeanwhile)
+{
+    for (const char* text : {"", "42 (name", "42 (name)", "42 (name) S 1 1"})
+        EXPECT_FALSE(demo::parseTaskStat(text)) << text;
+}
+
+} // namespace
