@@ -16,11 +16,11 @@ using statistics::CounterValue;
 TEST(ComparisonAsCsv, quotesWhatASpreadsheetWouldSplit)
 {
     statistics::DiffTable comparison;
-    comparison.m_columns = {{"a,b.csv", 0}, {"say \"hi\"", 1}};
+    comparison.m_columns = {{"a,b.csv", 0}, {R"(say "hi")", 1}};
     comparison.m_rows = {
         {"Plain/Path", {CounterValue(0.1f), CounterValue(16777216.0f)}, true},
         {"two\nlines", {CounterValue(-3), CounterValue()}, false},
-        {"Text", {CounterValue(std::string("x,\"y\"")), CounterValue(4000000000u)}, true},
+        {"Text", {CounterValue(std::string(R"(x,"y")")), CounterValue(4000000000u)}, true},
     };
     EXPECT_EQ(demo::toCsv(comparison), "Caption,\"a,b.csv\",\"say \"\"hi\"\"\",Changed\r\n"
                                        "Plain/Path,0.1,16777216,yes\r\n"
@@ -30,7 +30,7 @@ TEST(ComparisonAsCsv, quotesWhatASpreadsheetWouldSplit)
 
 TEST(PresetFile, givesBackWhatWasSaved)
 {
-    const statistics::LimitMap limits = {{"a.b", {0.1f, 33.3f}}, {"\"odd\" \\ key", {-1e30f, 1e30f}}};
+    const statistics::LimitMap limits = {{"a.b", {0.1f, 33.3f}}, {R"("odd" \ key)", {-1e30f, 1e30f}}};
     const std::string text = demo::printPreset("My limits", limits);
     EXPECT_NE(text.find("\"min\": 0.1\n"), std::string::npos) << text;
 
@@ -54,12 +54,12 @@ TEST(PresetFile, tellsWhatIsWrongWithIt)
         {"{\"limits\":\n {\"a\": {\"min\": 1,\n \"max\": }}}", "is damaged in line 3"},
         {"[1, 2]", "holds no preset"},
         {"{}", "has no limits"},
-        {"{\"limits\": 3}", "has no limits"},
-        {"{\"limits\": {\"a\": 3}}", "'a' has no min and max"},
-        {"{\"limits\": {\"a\": {\"min\": 1}}}", "'a' has no min and max"},
-        {"{\"limits\": {\"a\": {\"min\": \"1\", \"max\": 2}}}", "'a' has no min and max"},
-        {"{\"limits\": {\"a\": {\"min\": 3, \"max\": 2}}}", "'a' has no min and max"},
-        {"{\"limits\": {\"a\": {\"min\": 0, \"max\": 1e300}}}", "'a' has no min and max"},
+        {R"({"limits": 3})", "has no limits"},
+        {R"({"limits": {"a": 3}})", "'a' has no min and max"},
+        {R"({"limits": {"a": {"min": 1}}})", "'a' has no min and max"},
+        {R"({"limits": {"a": {"min": "1", "max": 2}}})", "'a' has no min and max"},
+        {R"({"limits": {"a": {"min": 3, "max": 2}}})", "'a' has no min and max"},
+        {R"({"limits": {"a": {"min": 0, "max": 1e300}}})", "'a' has no min and max"},
     };
     for (const auto& [text, problem] : cases)
         EXPECT_EQ(demo::parsePreset(text).problem, problem) << text;
