@@ -1,11 +1,16 @@
-// A frame in which nothing new turns up allocates nothing.
+// What the library holds: a frame in which nothing new turns up allocates nothing, and what comes and goes
+// leaves nothing behind.
 
 #include "support/allocations.h"
+#include "support/files.h"
 #include "support/panel.h"
+#include "support/test_access.h"
 
 #include <statistics/statistics.h>
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -65,6 +70,70 @@ TEST_F(SteadyFrame, AllocatesNothing)
     allocated = 0;
     ui.frames(100);
     EXPECT_EQ(allocated, 0u);
+}
+
+class LongRun : public test::Panel {
+protected:
+    static constexpr int kFramesPerCycle = 200;
+
+    /// Items, rows, presets and snapshots come, are drawn and sampled for some frames, and go.
+    void cycle()
+    {
+        const unsigned top = system().createLabel("top");
+        for (int index = 0; index < 50; ++index)
+            system().createCounter(std::to_string(index),
+                                   std::make_unique<Counter>(0.0f, 1.0f, changingValue, "%.2f", ""), 0.0f,
+                                   top);
+        const unsigned table = system().createTable(
+            "rows", [] { return std::size_t(s_frame % 90); }, 0.1f, top);
+        system().getTable(table)->addColumn(
+            "row", [](std::size_t row) { return static_cast<int>(row); }, 0.5f);
+        system().createPreset("preset", {{"", {0.0f, 2.0f}}});
+        system().choosePreset(0);
+        EXPECT_TRUE(system().createStatsAnalyzer(m_folder("snapshots"), "run", nullptr));
+        TestAccess::takeSnapshot();
+        TestAccess::data().statsAnalyzer->addToDiff(0);
+        ui.frames(kFramesPerCycle);
+        TestAccess::clearSnapshots();
+        system().removeStatsAnalyzer();
+        system().clearPresets();
+        system().removeItem(top);
+    }
+
+    std::vector<std::size_t> poolSizes() const
+    {
+        const Render& render = TestAccess::render();
+        return {render.counters.size(), render.tables.size(), render.presets.size(),
+                TestAccess::tree().m_nodes.size()};
+    }
+
+    test::TempDir m_folder;
+};
+
+/// STATISTICS_TEST_CYCLES=5000 makes a million frames of it.
+int cycles()
+{
+    const char* given = std::getenv("STATISTICS_TEST_CYCLES");
+    return given ? std::atoi(given) : 5;
+}
+
+TEST_F(LongRun, LeavesOnlyTheLabelsAndCheckBoxesOfClearedSnapshots)
+{
+    ui.setScene([] {
+        ++s_frame;
+        System::instance()->update(0.016f, true);
+        System::instance()->draw();
+    });
+    cycle();
+    cycle();
+    const std::vector<std::size_t> sizes = poolSizes();
+    const std::size_t before = test::liveAllocations();
+    const int count = cycles();
+    for (int done = 0; done < count; ++done)
+        cycle();
+    EXPECT_EQ(poolSizes(), sizes);
+    // The check box's caption is all that has memory of its own.
+    EXPECT_EQ(test::liveAllocations() - before, static_cast<std::size_t>(count));
 }
 
 } // namespace

@@ -6,12 +6,18 @@
 namespace {
 
 std::size_t s_allocations = 0;
+std::size_t s_freed = 0;
 
 } // namespace
 
 std::size_t test::allocations()
 {
     return s_allocations;
+}
+
+std::size_t test::liveAllocations()
+{
+    return s_allocations - s_freed;
 }
 
 void* operator new(std::size_t size)
@@ -25,10 +31,11 @@ void* operator new(std::size_t size)
 
 void operator delete(void* memory) noexcept
 {
+    s_freed += memory ? 1 : 0;
     std::free(memory);
 }
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
-    std::free(memory);
+    ::operator delete(memory);
 }

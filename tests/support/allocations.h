@@ -7,5 +7,6 @@
 namespace test {
 
 std::size_t allocations();
+std::size_t liveAllocations();
 
 } // namespace test
