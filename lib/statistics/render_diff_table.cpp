@@ -98,8 +98,10 @@ void Render::drawDiffTable()
 {
     DiffTable& table = diffTableFunctor();
     const std::size_t snapshots = table.m_columns.size();
-    if (table.m_rows.empty())
+    if (table.m_rows.empty()) {
+        m_diffRowCount = 0; // what comes next may have as many columns and rows as what is gone
         return;
+    }
     const widgets::IdScope id(static_cast<int>(itemId(ItemType::DiffTable, 0)));
     const widgets::ColumnsScope columns(static_cast<int>(snapshots + kLeadColumns), "diff_table", kWidth);
     noteDiffShape(table);
