@@ -1,0 +1,256 @@
+// The comparison: which rows and columns there are, which rows are flagged, and how it is drawn.
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using statistics::CounterValue;
+using statistics::DiffTable;
+using Entries = DiffTable::Entries;
+
+constexpr ImU32 kFlagged = IM_COL32(255, 153, 0, 255);
+
+// Titles, then rows: "A0 B1; caption: values". A value has the letter of its kind in front, a flagged row a
+// "!".
+std::string shape(const DiffTable& table)
+{
+    std::string text;
+    for (const statistics::DiffTableColumn& column : table.m_columns) {
+        text += column.title + std::to_string(column.snapshot) + " ";
+    }
+    for (const statistics::DiffTableRow& row : table.m_rows) {
+        text += "; " + row.caption + ":";
+        for (const CounterValue& v : row.values) {
+            text += v.isInt() ? " i" : v.isUInt() ? " u" : v.isDecimal() ? " d" : v.isString() ? " s" : " ";
+            text += v.toString(v.isDecimal() ? "%g" : nullptr);
+        }
+        text += row.changed ? " !" : "";
+    }
+    return text;
+}
+
+void add(DiffTable& table, const std::string& title, std::size_t snapshot, const Entries& entries)
+{
+    table.addEntries(table.addColumn(title, snapshot), entries);
+}
+
+TEST(ComparisonModel, flagsTheRowsWhoseValuesAreNotAllEqual)
+{
+    const CounterValue none;
+    const CounterValue seven = std::string("7");
+    struct Case {
+        std::vector<Entries> snapshots;
+        std::string rows;
+    };
+    const Case cases[] = {
+        {{{{"x", 1}}}, "; x: i1"},
+        {{{{"x", 1}}, {{"y", 2}}}, "; x: i1 i0 !; y: i0 i2 !"},
+        {{{{"zero", 0}}, {{"", 0.0F}}}, "; zero: i0 i0; : i0 d0"},
+        {{{{"x", 7}}, {{"x", 7.0F}}, {{"x", 7U}}, {{"x", seven}}}, "; x: i7 d7 u7 s7"},
+        {{{{"x", 7}}, {{"x", 7.5F}}, {{"x", 7}}}, "; x: i7 d7.5 i7 !"},
+        {{{{"x", 7.0F}}, {{"x", seven}}}, "; x: d7 s7 !"}, // compared as texts: 7.000
+        {{{{"x", none}, {"y", none}}, {{"x", none}}}, "; x: --- ---; y: --- i0 !"},
+        {{{{"x", NAN}}, {{"x", NAN}}}, "; x: dnan dnan !"},
+        {{{{"b", 1}, {"a", 1}}, {{"a", 1}, {"c", 0}, {"b", 1}}}, "; b: i1 i1; a: i1 i1; c: i0 i0"},
+        {{{{"x", 1}, {"x", 2}}, {}, {{"x", 2}}}, "; x: i2 i0 i2 !"}, // the last of one caption counts
+        {{{}, {}}, ""},
+    };
+    for (const Case& c : cases) {
+        DiffTable table;
+        std::string titles;
+        for (std::size_t i = 0; i < c.snapshots.size(); ++i) {
+            add(table, "s", i, c.snapshots[i]);
+            titles += "s" + std::to_string(i) + " ";
+        }
+        EXPECT_EQ(shape(table), titles + c.rows);
+    }
+}
+
+TEST(ComparisonModel, columnsLeaveAndComeBackAtTheRightEnd)
+{
+    DiffTable table;
+    table.m_selectedRow = 1;
+    add(table, "A", 4, {{"x", 1}, {"only A", 5}});
+    add(table, "B", 2, {{"x", 2}, {"y", 3}});
+    add(table, "C", 9, {{"x", 2}, {"y", 3}});
+    EXPECT_EQ(table.addColumn("another title", 2), 1U);
+    EXPECT_EQ(table.addRow("y"), 2U);
+    EXPECT_EQ(shape(table), "A4 B2 C9 ; x: i1 i2 i2 !; only A: i5 i0 i0 !; y: i0 i3 i3 !");
+    table.removeColumn(3); // there is none
+    table.removeColumn(4);
+    EXPECT_EQ(shape(table), "B2 C9 ; x: i2 i2; only A: i0 i0; y: i3 i3");
+    add(table, "A", 4, {{"only A", 5}});
+    EXPECT_EQ(shape(table), "B2 C9 A4 ; x: i2 i2 i0 !; only A: i0 i0 i5 !; y: i3 i3 i0 !");
+    for (const std::size_t snapshot : {9U, 2U, 4U}) {
+        table.removeColumn(snapshot);
+    }
+    EXPECT_EQ(shape(table), "");
+    add(table, "B", 2, {{"y", 3}, {"x", 2}});
+    EXPECT_EQ(shape(table), "B2 ; y: i3; x: i2");
+    table.clear();
+    EXPECT_EQ(shape(table), "");
+    EXPECT_EQ(table.m_selectedRow, 1U); // a selection outlives its row
+}
+
+TEST(ComparisonModel, manyEntriesAtOnceGiveTheSameAsOneByOne)
+{
+    std::mt19937 random(1);
+    const auto below = [&](int end) { return std::uniform_int_distribution<int>(0, end - 1)(random); };
+    for (int round = 0; round < 200; ++round) {
+        DiffTable atOnce;
+        DiffTable oneByOne;
+        const int captions = 1 + below(60);
+        for (std::size_t snapshot = 0; snapshot < 4; ++snapshot) {
+            Entries entries;
+            for (int count = below(100); count > 0; --count) {
+                const std::string caption = std::string(below(2) ? 40 : 0, 'c');
+                entries.emplace_back(caption + std::to_string(round % 2 ? below(captions) : count), below(3));
+            }
+            add(atOnce, "s", snapshot % 3, entries);
+            const std::size_t column = oneByOne.addColumn("s", snapshot % 3);
+            for (const auto& [caption, value] : entries) {
+                oneByOne.setValue(oneByOne.addRow(caption), column, value);
+            }
+            ASSERT_EQ(shape(atOnce), shape(oneByOne));
+        }
+    }
+}
+
+class Comparison : public test::Panel {
+protected:
+    Comparison()
+    {
+        EXPECT_TRUE(system().createStatsAnalyzer("a root that doesn't exist", "bench", {}));
+        show();
+        ui.click("Diff");
+    }
+
+    // Without files: what is drawn comes from the records in memory.
+    std::size_t tick(const Entries& values)
+    {
+        const std::size_t index = store().snapshots.size();
+        store().snapshots.push_back({index, "s" + std::to_string(index), "bench", values});
+        store().addToDiff(index);
+        ui.frames(2);
+        return index;
+    }
+    void untick(std::size_t snapshot)
+    {
+        store().removeFromDiff(snapshot);
+        ui.frames(2);
+    }
+    // Of the header's buttons, in half pixels.
+    std::vector<long> headerWidths()
+    {
+        std::vector<long> widths;
+        for (const test::Text& title : ui.read().textsOnLineOf(ui.text("Caption"))) {
+            widths.push_back(std::lround(2 * ui.read().rectsAt(title.center()).back().size().x));
+        }
+        return widths;
+    }
+    void scrollToEnd()
+    {
+        ui.moveTo(ui.window("Statistics").center());
+        ui.wheel(0, -100000);
+        ui.frames(2);
+    }
+    static statistics::StatisticsAnalyzer& store() { return *statistics::TestAccess::data().statsAnalyzer; }
+    static std::size_t selected() { return system().getDiffTable().m_selectedRow; }
+};
+
+Entries numbered(const std::string& caption, int count, const CounterValue& value)
+{
+    Entries values;
+    for (int i = 1; i <= count; ++i) {
+        values.emplace_back(caption + std::to_string(i), value);
+    }
+    return values;
+}
+
+TEST_F(Comparison, rowsAreNumberedAndThoseThatDifferAreFlagged)
+{
+    const CounterValue odd = std::string("%s##");
+    tick({{"same", 7}, {"differs", 1000000.0F}, {"100% ##whole", 0.5F}, {"text", odd}});
+    EXPECT_NE(ui.text("1e+06").color, kFlagged); // nothing to differ from
+    tick({{"same", 7.0F}, {"differs", 2U}, {"100% ##whole", 0.5F}, {"text", odd}});
+    std::vector<std::string> lines = ui.read().lines();
+    lines.erase(lines.begin(), lines.end() - 4);
+    EXPECT_EQ(lines, (std::vector<std::string>{"1 | same | 7 | 7", "2 | differs | 1e+06 | 2",
+                                               "3 | 100% ##whole | 0.5 | 0.5", "4 | text | %s## | %s##"}));
+    for (const test::Text& text : ui.read().texts) {
+        EXPECT_EQ(text.color == kFlagged, text.line == ui.text("differs").line) << text.text;
+    }
+    EXPECT_NE(ImGui::GetColorU32(ImGuiCol_Text), kFlagged);
+}
+
+TEST_F(Comparison, aClickAnywhereInARowSelectsIt)
+{
+    tick(numbered("c", 4, 0.25F));
+    EXPECT_EQ(selected(), statistics::NO_INDEX);
+    ui.click("2");
+    EXPECT_EQ(selected(), 1U);
+    ui.click("0.25", 2);
+    ui.click("N"); // the comparison can't be sorted
+    EXPECT_EQ(selected(), 2U);
+    untick(0);
+    tick(numbered("d", 3, 1)); // a selection outlives its row
+    const std::vector<test::Rect> marks = ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Header));
+    ASSERT_FALSE(marks.empty());
+    EXPECT_TRUE(marks.back().contains(ui.text("d3").center()) &&
+                !marks.back().contains(ui.text("d2").center()));
+}
+
+TEST_F(Comparison, widthsAreSetAnewOnlyWhenTheNumberOfSnapshotsChanges)
+{
+    tick({}); // without rows there is nothing to show
+    EXPECT_FALSE(ui.read().contains("Caption"));
+    untick(0);
+    const std::size_t first = tick({{"x", 1}});
+    EXPECT_EQ(headerWidths(), (std::vector<long>{27, 435, 1166}));
+    const std::size_t second = tick({});
+    EXPECT_EQ(headerWidths(), (std::vector<long>{27, 435, 571, 571}));
+    untick(second);
+    const test::Rect caption = ui.read().rectsAt(ui.text("Caption").center()).back();
+    const ImVec2 border(caption.max.x + 4, caption.center().y);
+    ui.drag(border, ImVec2(border.x + 30, border.y));
+    const std::vector<long> dragged = headerWidths();
+    EXPECT_NEAR(static_cast<double>(dragged.at(1)), 435 + 60, 2);
+    untick(first);
+    EXPECT_FALSE(ui.read().contains("Caption"));
+    tick({{"y", 1}}); // as many as before: the user's widths stay
+    EXPECT_EQ(headerWidths(), dragged);
+    for (int i = 0; i < 120; ++i) { // more than ImGui can show side by side
+        tick({{"x", i}});
+    }
+    EXPECT_EQ(headerWidths().at(1), 435);
+}
+
+TEST_F(Comparison, ofThousandsOfRowsThoseInViewAreDrawnAndAllCanBeReached)
+{
+    tick(numbered("first ", 5000, 1));
+    tick(numbered("second ", 5000, 2));
+    EXPECT_TRUE(ui.read().contains("first 1"));
+    EXPECT_LT(ui.read().texts.size(), 300U);
+    scrollToEnd();
+    EXPECT_LT(ui.read().texts.size(), 300U);
+    EXPECT_EQ(ui.read().textsOnLineOf(ui.text("second 5000")).back().color, kFlagged);
+    ui.click("second 4999");
+    EXPECT_EQ(selected(), 9998U);
+}
+
+TEST_F(Comparison, rowsOfSeveralLinesCanBeReachedToTheLast)
+{
+    untick(tick(numbered("c", 100, 1)));
+    tick(numbered("c", 100, std::string("two\nlines"))); // as many rows and columns as before, but higher
+    scrollToEnd();
+    EXPECT_TRUE(ui.read().contains("c100"));
+}
+
+} // namespace

@@ -1,0 +1,278 @@
+// Snapshots as a user meets them, and what hosts and file systems do meanwhile.
+#include "support/files.h"
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using statistics::CounterValue;
+using statistics::StatisticsAnalyzer;
+using statistics::TestAccess;
+using Lines = std::vector<std::string>;
+
+const std::string kHead = "sep=\t\nCaption\tValue\n";
+
+class SnapshotPanel : public test::Panel {
+protected:
+    bool create(const std::string& root = "root")
+    {
+        return system().createStatsAnalyzer(dir(root), "bench", [this] { saveDiff(); });
+    }
+    void createOpened()
+    {
+        dir.write("root/old/one.csv", kHead + "same\t7\nx\t1\n");
+        dir.write("root/old/two.csv", kHead + "x\t2.5\nsame\t7\n");
+        EXPECT_TRUE(create());
+        click({"Diff", "Snapshots", "old"});
+    }
+    void click(const Lines& texts)
+    {
+        for (const std::string& text : texts) {
+            ui.frames(2); // the host may have changed what is shown
+            ui.click(text);
+        }
+    }
+    static unsigned addCounter(const std::string& name, unsigned parent, std::function<CounterValue()> getter)
+    {
+        auto counter = std::make_unique<statistics::Counter>(std::move(getter), "%.0f ms");
+        return system().createCounter(name, std::move(counter), 9, parent);
+    }
+    static std::vector<StatisticsAnalyzer::Snapshot>& snapshots()
+    {
+        return TestAccess::data().statsAnalyzer->snapshots;
+    }
+    std::string lastFile() { return dir.read("root/bench/" + snapshots().back().name); }
+    // The lines of the comparison.
+    Lines compared()
+    {
+        Lines lines = ui.read().lines();
+        while (!lines.empty() && lines[0].rfind("N | ", 0) != 0) {
+            lines.erase(lines.begin());
+        }
+        return lines;
+    }
+
+    test::TempDir dir;
+    std::function<void()> saveDiff;
+};
+
+TEST_F(SnapshotPanel, aSnapshotHoldsTheFreshValueOfEveryCounterUnderItsPath)
+{
+    createOpened();
+    click({"Take snapshot"});
+    EXPECT_EQ(lastFile(), kHead);
+    float time = 16.6667F;
+    const unsigned frame = system().createLabel("Frame");
+    const unsigned rows = system().createTable("Rows", nullptr, 9, frame);
+    addCounter("Time", system().createLabel("Render", frame), [&] { return time; });
+    addCounter("Busy", rows, [] { return -1; });
+    system().createLabel("Nothing below");
+    addCounter("One", system().createChildrenCounter("Sum", 0, 0, ""), [] { return 5U; });
+    addCounter("None", 0, [] { return CounterValue(); });
+    click({"Take snapshot"}); // nothing has been sampled yet
+    time = 20;
+    click({"Take snapshot"});
+    EXPECT_EQ(lastFile(), kHead + "Frame/Rows/Busy\t-1\nFrame/Render/Time\t20.000\nSum\t5\nSum/One\t5\n"
+                                  "None\t---\n");
+}
+
+TEST_F(SnapshotPanel, tickedSnapshotsStandSideBySideUntilTheyAreUntickedOrCleared)
+{
+    createOpened();
+    ui.clickBox("two.csv");
+    EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv", "1 | x | 2.5", "2 | same | 7"}));
+    click({"Take snapshot", "bench"});
+    EXPECT_EQ(compared().size(), 3U);
+    EXPECT_TRUE(ui.ticked("two.csv") && !ui.ticked(snapshots()[2].name));
+    ui.clickBox("one.csv");
+    EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv | one.csv", "1 | x | 2.5 | 1", "2 | same | 7 | 7"}));
+    ui.clickBox("two.csv");
+    ui.clickBox("two.csv");
+    TestAccess::updateSnapshots(); // all are shown already
+    ui.frame();
+    EXPECT_EQ(compared()[0], "N | Caption | one.csv | two.csv");
+    ui.click("Clear tree");
+    EXPECT_EQ(ui.read().lines(),
+              (Lines{"Statistics", "Diff", "Snapshots", "Clear tree | Take snapshot | Save diff"}));
+    EXPECT_TRUE(system().getDiffTable().m_columns.empty());
+    EXPECT_TRUE(fs::is_empty(dir("root")));
+    click({"Take snapshot", "bench"});
+    EXPECT_EQ(snapshots()[0].index, 0U);
+    EXPECT_FALSE(ui.ticked(snapshots()[0].name));
+}
+
+TEST_F(SnapshotPanel, twoSnapshotsOfOneSecondShareFileAndBoxButNotTheRecord)
+{
+    int value = 0;
+    addCounter("x", 0, [&] { return ++value; });
+    createOpened();
+    do {
+        TestAccess::takeSnapshot();
+        TestAccess::takeSnapshot();
+    } while (snapshots().rbegin()[0].name != snapshots().rbegin()[1].name); // a second had just passed
+    const std::string name = snapshots().back().name;
+    EXPECT_EQ(lastFile(), kHead + "x\t" + std::to_string(value) + "\n");
+    click({"bench"});
+    EXPECT_EQ(ui.read().findAll(name).size(), 1U);
+    ui.clickBox(name);
+    const std::size_t ticked = system().getDiffTable().m_columns.at(0).snapshot;
+    EXPECT_EQ(snapshots()[ticked].name, name);
+    EXPECT_LT(ticked, snapshots().size() - 1);
+    EXPECT_LT(snapshots()[ticked].values[0].second, value);
+}
+
+TEST_F(SnapshotPanel, snapshotsAreTurnedOffAndOnAgain)
+{
+    addCounter("same", 0, [] { return 7U; });
+    addCounter("x", 0, [] { return 1.25F; });
+    createOpened();
+    ui.clickBox("one.csv");
+    EXPECT_FALSE(create("ignored"));
+    EXPECT_TRUE(system().removeStatsAnalyzer());
+    EXPECT_FALSE(system().removeStatsAnalyzer());
+    EXPECT_FALSE(show().contains("Diff"));
+    test::Reports reports;
+    EXPECT_TRUE(system().getDiffTable().m_columns.empty());
+    EXPECT_EQ(reports.expressions(), Lines{"m_data->statsAnalyzer"});
+    EXPECT_NE(reports.texts().at(0).find(
+                  "Cannot access statistics diff table. StatsAnalyzer instance was not created."),
+              std::string::npos);
+    createOpened();
+    EXPECT_FALSE(ui.ticked("one.csv"));
+    click({"Take snapshot", "bench"});
+    ui.clickBox("one.csv");
+    ui.clickBox(snapshots()[2].name);
+    EXPECT_EQ(compared().at(1), "1 | same | 7 | 7");
+    EXPECT_EQ(compared().at(2), "2 | x | 1 | 1.25");
+    EXPECT_FALSE(system().getDiffTable().m_rows[0].changed); // a Decimal from the file, a UInt just taken
+}
+
+TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
+{
+    const std::string nul("a\0b", 3);
+    const std::string root = dir("root");
+    for (const std::string& folder : Lines{"", ".", "..", "a/b", "a/", "/", "/a", "../a", nul, "bench"}) {
+        const bool isFolder = folder == "bench";
+        for (const std::string& badRoot : Lines{isFolder ? "" : root, isFolder ? root + nul : root}) {
+            test::Reports reports;
+            EXPECT_FALSE(system().createStatsAnalyzer(badRoot, folder, {}));
+            EXPECT_EQ(reports.expressions(), Lines{isFolder ? "isRootName(root)" : "isFolderName(folder)"});
+        }
+    }
+    EXPECT_TRUE(fs::is_empty(dir("")));
+    EXPECT_TRUE(system().createStatsAnalyzer(root, "..and more", {}));
+    click({"Diff", "Save diff"}); // an empty function: nothing happens
+}
+
+TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
+{
+    std::function<void()> hook;
+    addCounter("Hook", 0, [&] {
+        hook();
+        return 1;
+    });
+    saveDiff = [&] { hook(); };
+    for (const char* button : {"Take snapshot", "Save diff"}) {
+        createOpened();
+        ui.clickBox("one.csv");
+        hook = [] { throw std::runtime_error("no"); };
+        EXPECT_THROW(ui.click(button), std::runtime_error);
+        EXPECT_EQ(ui.imbalance(), "");
+        ui.frame();
+        EXPECT_EQ(compared().size(), 3U);
+        EXPECT_TRUE(snapshots().size() == 2 && !dir.has("root/bench"));
+        hook = [&] {
+            const statistics::DiffTable& held = system().getDiffTable();
+            EXPECT_TRUE(system().removeStatsAnalyzer() && create("other"));
+            EXPECT_EQ(held.m_rows.size(), 2U);
+        };
+        ui.click(button);
+        hook = [] { system().removeStatsAnalyzer(); };
+        click({"Diff", button});
+        EXPECT_FALSE(ui.read().contains("Diff"));
+    }
+}
+
+TEST_F(SnapshotPanel, gettersMayAddAndRemoveCountersWhileASnapshotIsTaken)
+{
+    unsigned after = 0;
+    const unsigned self = addCounter("Self", 0, [&] {
+        const unsigned added = system().createLabel("New");
+        for (int i = 0; i < 300; ++i) { // more than there is room for
+            addCounter(std::to_string(i), added, [] { return 1; });
+        }
+        system().removeItem(after);
+        system().removeItem(self);
+        return 1;
+    });
+    after = addCounter("After", 0, [] { return 1; });
+    createOpened();
+    click({"Take snapshot"});
+    EXPECT_EQ(snapshots().back().values.at(0).first, "Self");
+    EXPECT_EQ(lastFile().find("After"), std::string::npos);
+}
+
+#ifndef _WIN32
+
+void expectFailure(const char* operation, const std::function<void()>& action)
+{
+    const test::Unprivileged user;
+    try {
+        action();
+        ADD_FAILURE() << "no " << operation;
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_NE(std::string(error.what()).find(operation), std::string::npos) << error.what();
+    }
+}
+
+TEST_F(SnapshotPanel, aScanThatFailsLeavesNoStoreBehind)
+{
+    dir.write("root/old/one.csv", kHead);
+    const auto expectNone = [&](const char* operation) {
+        expectFailure(operation, [&] { create(); });
+        EXPECT_EQ(TestAccess::data().statsAnalyzer, nullptr);
+        EXPECT_FALSE(show().contains("Diff"));
+    };
+    for (const char* loop : {"root/loop", "root/old/loop"}) {
+        fs::create_symlink("loop", dir(loop));
+        expectNone("directory_entry::status");
+        fs::remove(dir(loop));
+    }
+    dir.protect("root/old", 0);
+    expectNone("directory_iterator::directory_iterator");
+    dir.protect("root/old", 0755);
+    EXPECT_TRUE(create());
+}
+
+TEST_F(SnapshotPanel, aFolderThatCannotBeDeletedKeepsEverythingInThePanel)
+{
+    dir.write("root/new/three.csv", kHead + "x\t1\n");
+    createOpened();
+    click({"new"});
+    ui.clickBox("one.csv");
+    ui.clickBox("three.csv");
+    const Lines before = ui.read().lines();
+    const std::string first = "root/" + snapshots().front().folder;
+    dir.protect("root", 0777);
+    dir.protect(first, 0777); // the other one isn't everybody's
+    expectFailure("remove_all", [&] { ui.click("Clear tree"); });
+    EXPECT_EQ(ui.imbalance(), "");
+    EXPECT_TRUE(!dir.has(first) && !fs::is_empty(dir("root")));
+    ui.frame();
+    EXPECT_EQ(ui.read().lines(), before);
+    ui.click("Clear tree");
+    EXPECT_TRUE(fs::is_empty(dir("root")) && snapshots().empty() && compared().empty());
+}
+
+#endif
+
+} // namespace
