@@ -10,34 +10,25 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
-#include <limits>
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 namespace {
 
 using Value = statistics::CounterValue;
 using Texts = std::vector<std::string>;
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
 Value text(const char* content)
 {
     return Value(std::string(content));
 }
 
-// Text and kind. Exactly one kind is told.
 std::string describe(const Value& value)
 {
-    std::string result = value.toString(nullptr);
-    result += value.isInt() ? " int" : "";
-    result += value.isUInt() ? " uint" : "";
-    result += value.isDecimal() ? " decimal" : "";
-    result += value.isString() ? " string" : "";
-    result += value.isEmpty() ? " empty" : "";
-    return result + (value.valid() ? "" : " invalid");
+    const char* kind = value.isInt()       ? " int"
+                       : value.isUInt()    ? " uint"
+                       : value.isDecimal() ? " decimal"
+                                           : " string";
+    return value.toString(nullptr) + (value.valid() ? kind : value.isEmpty() ? " empty" : " invalid");
 }
 
 TEST(Value, printsByItsKindOrAsTheFormatAsks)
@@ -48,16 +39,17 @@ TEST(Value, printsByItsKindOrAsTheFormatAsks)
         {INT_MIN, {{nullptr, "-2147483648"}, {"%300d", std::string(289, ' ') + "-2147483648"}}},
         {UINT_MAX, {{nullptr, "4294967295"}, {"%#x", "0xffffffff"}, {"%lld", "4294967295"}}},
         {1.5F, {{nullptr, "1.500"}, {"%g", "1.5"}, {"%Lg", "1.5"}}},
-        {-0.0006F, {{nullptr, "-0.001"}}},
         {FLT_MAX, {{nullptr, "340282346638528859811704183484516925440.000"}}},
         {text("12%d"), {{nullptr, "12%d"}, {"%d MB", "12%d"}}},
         {{}, {{nullptr, "---"}, {"%d MB", "---"}}},
         // A format for another kind gets the value converted, as large as it reads it.
         {-1, {{"%u", "4294967295"}, {"%ld", "-1"}, {"%llu", "4294967295"}, {"%zu", "4294967295"}}},
         {UINT_MAX, {{"%d", "-1"}, {"%.0f", "4294967295"}, {"%hhd", "-1"}}},
-        {16777217, {{"%.0f", "16777217"}, {"%.1f", "16777217.0"}}},
         {-2.9F, {{"%d MB", "-2 MB"}, {"%u", "4294967294"}, {"%lld", "-2"}}},
-        {kInfinity, {{nullptr, "inf"}, {"%d", "2147483647"}}},
+        {INFINITY, {{nullptr, "inf"}, {"%d", "2147483647"}}},
+        // One that would read more than a number isn't used.
+        {16777217, {{"%.0f", "16777217"}, {"%s", "16777217"}, {"%n", "16777217"}, {"%d %d", "16777217"}}},
+        {7.0F, {{"%s", "7.000"}, {"%p", "7.000"}, {"%*d", "7.000"}, {"%.*f", "7.000"}, {"%", "7.000"}}},
     };
     for (const auto& [value, prints] : cases) {
         for (const auto& [format, printed] : prints) {
@@ -66,22 +58,10 @@ TEST(Value, printsByItsKindOrAsTheFormatAsks)
     }
 }
 
-TEST(Value, aFormatThatWouldReadMoreThanOneNumberGivesTheDefaultPrint)
-{
-    const Texts formats = {"%s",   "%p",   "%n",   "%d%n", "%d %d", "%d%s", "%%%s",    "%*d",
-                           "%.*f", "%5*d", "%1$d", "%Ld",  "%llf",  "%ls",  "%99999d", "%.99999f",
-                           "%lc",  "%m",   "% %",  "%",    "%l",    "%5."};
-    for (const std::string& format : formats) {
-        EXPECT_EQ(Value(7).toString(format.c_str()), "7") << format;
-        EXPECT_EQ(Value(7U).toString(format.c_str()), "7") << format;
-        EXPECT_EQ(Value(7.0F).toString(format.c_str()), "7.000") << format;
-    }
-}
-
 TEST(Value, theDefaultPrintHasAPointInEveryLocale)
 {
     const char* found = nullptr;
-    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8", "de_DE", "German"}) {
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8", "German"}) {
         found = found ? found : std::setlocale(LC_ALL, name);
     }
     if (!found) {
@@ -89,7 +69,6 @@ TEST(Value, theDefaultPrintHasAPointInEveryLocale)
     }
     EXPECT_EQ(Value(1234.5F).toString("%.1f"), "1234,5"); // the host's own format follows the host's locale
     EXPECT_EQ(Value(1234.5F).toString(nullptr), "1234.500");
-    EXPECT_EQ(Value(1234.5F), text("1234.500"));
     std::setlocale(LC_ALL, "C");
 }
 
@@ -103,37 +82,33 @@ TEST(Value, readsAsANumberOfAnyKindAndSaturates)
         {2147483648.0F, INT_MAX, 2147483648U, 2147483648.0F},
         {-3e9F, INT_MIN, 1294967296U, -3e9F},
         {FLT_MAX, INT_MAX, UINT_MAX, FLT_MAX},
-        {-kInfinity, INT_MIN, 0U, -kInfinity},
+        {-INFINITY, INT_MIN, 0U, -INFINITY},
         {text("12"), 0, 0U, 0.0F},
         {Value(), 0, 0U, 0.0F},
     };
     for (const auto& [value, asInt, asUInt, asFloat] : cases) {
-        EXPECT_EQ(value.toInt(), asInt) << describe(value);
-        EXPECT_EQ(value.toUInt(), asUInt) << describe(value);
-        EXPECT_EQ(value.toFloat(), asFloat) << describe(value);
+        EXPECT_EQ(std::tuple(value.toInt(), value.toUInt(), value.toFloat()),
+                  std::tuple(asInt, asUInt, asFloat));
     }
-    EXPECT_EQ(Value(NAN).toInt(), 0);
-    EXPECT_EQ(Value(NAN).toUInt(), 0U);
+    EXPECT_EQ(Value(NAN).toInt() + Value(NAN).toUInt(), 0U);
 }
 
 TEST(Value, comparesByTheRulesOfTheLeftSide)
 {
     using Pairs = std::vector<std::pair<Value, Value>>;
     const std::pair<std::string, Pairs> cases[] = {
-        // by all of ==, <, > that hold
         {"<", {{1, 2}, {-1, 0U}, {0U, -1}, {-1, {}}, {text("ab"), text("abc")}}},
         {">", {{UINT_MAX, 1U}, {2.5F, 2}, {3.5F, 3}, {text("9"), 10}, {text("\xFF"), text("a")}}},
         {">", {{text("a"), {}}, {Value(std::string("a\0b", 3)), text("a")}}},
         {"==", {{-1, UINT_MAX}, {text("12"), 12}, {text("1.500"), 1.5F}, {{}, {}}}},
-        {"==>", {{12, text("12")}, {16777217, 16777216.0F}}},
+        {"==>", {{12, text("12")}, {16777217, 16777216.0F}}}, // all that hold
         {"", {{3, 3.5F}, {INT_MAX, FLT_MAX}, {NAN, NAN}, {text("---"), {}}, {0U, {}}, {{}, 0}}},
     };
     for (const auto& [expected, pairs] : cases) {
         for (const auto& [left, right] : pairs) {
-            std::string relation = left == right ? "==" : "";
-            relation += left < right ? "<" : "";
-            relation += left > right ? ">" : "";
-            EXPECT_EQ(relation, expected) << describe(left) << " and " << describe(right);
+            const std::string equal = left == right ? "==" : "";
+            const std::string order = std::string(left < right ? "<" : "") + (left > right ? ">" : "");
+            EXPECT_EQ(equal + order, expected) << describe(left) << " and " << describe(right);
             EXPECT_NE(left == right, left != right);
         }
     }
@@ -141,29 +116,25 @@ TEST(Value, comparesByTheRulesOfTheLeftSide)
 
 TEST(Value, addsWhatFitsAndReportsTheRest)
 {
-    const Texts kNothing;
-    const Texts kUnfit = {"canCast(m_type, other.m_type)"};
+    const std::string unfit = "canCast(m_type, other.m_type)";
     const std::tuple<Value, Value, std::string, Texts> cases[] = {
-        {Value(), text("x"), "x string", kNothing},
-        {Value(), Value(), "--- empty invalid", kNothing},
-        {1, Value(), "1 int", kNothing},
-        {text("x"), Value(), "x string", kNothing},
-        {1, 2U, "3 int", kNothing},
-        {2U, 3, "5 uint", kNothing},
-        {INT_MAX, 1, "-2147483648 int", kNothing},
-        {0U, -1, "4294967295 uint", kNothing},
-        {1.5F, 2.0F, "3.500 decimal", kNothing},
-        {1, 2.0F, "1 int", kUnfit},
-        {1.0F, 2U, "1.000 decimal", kUnfit},
-        {text("a"), 1, "a string", kUnfit},
-        {1U, text("1"), "1 uint", kUnfit},
-        {text("a"), text("b"), "a string", {"false"}},
+        {Value(), text("x"), "x string", Texts()},
+        {1, Value(), "1 int", Texts()},
+        {1, 2U, "3 int", Texts()},
+        {2U, 3, "5 uint", Texts()},
+        {INT_MAX, 1, "-2147483648 int", Texts()},
+        {0U, -1, "4294967295 uint", Texts()},
+        {1.5F, 2.0F, "3.500 decimal", Texts()},
+        {1, 2.0F, "1 int", Texts{unfit}},
+        {1.0F, 2U, "1.000 decimal", Texts{unfit}},
+        {text("a"), 1, "a string", Texts{unfit}},
+        {text("a"), text("b"), "a string", Texts{"false"}},
     };
-    test::Reports reports;
     for (const auto& [value, added, expected, reported] : cases) {
+        const test::Reports reports;
         Value sum = value;
         EXPECT_EQ(describe(sum += added), expected);
-        EXPECT_EQ(reports.take(), reported) << describe(value) << " += " << describe(added);
+        EXPECT_EQ(reports.expressions(), reported) << describe(value) << " += " << describe(added);
     }
 }
 
@@ -172,18 +143,16 @@ TEST(Value, weighsItsWayBetweenTwoLimits)
     using ValueMinMax = std::vector<std::array<Value, 3>>;
     const std::pair<float, ValueMinMax> cases[] = {
         {0.5F, {{75, 50, 100}, {7, 2.9F, 12.9F}, {7.5F, 5, 10U}, {20U, 10.5F, 30.0F}}},
-        {0.5F, {{Value(), -5, 5}, {Value(), -1.0F, 1.0F}, {1 << 30, 0, kInfinity}}},
-        {1.5F, {{150.0F, 0.0F, 100.0F}, {15U, 0, 10U}}},
+        {0.5F, {{Value(), -5, 5}, {Value(), -1.0F, 1.0F}, {1 << 30, 0, INFINITY}}},
         {-0.1F, {{-10.0F, 0.0F, 100.0F}, {-10, 0, 100}}},
         {4294967291.0F / 10, {{5U, 10U, 20U}}}, // unsigned differences wrap around, and so do signed ones
         {2147483648.0F, {{0, INT_MIN, INT_MAX}}},
-        {kInfinity, {{5, 0, 0}, {5U, 0U, 0U}}},
-        {-kInfinity, {{-5, 0, 0}, {-5.0F, 0.0F, 0.0F}}},
+        {INFINITY, {{5, 0, 0}, {5U, 0U, 0U}, {5.0F, 0, 0}}},
     };
     for (const auto& [weight, values] : cases) {
         for (const auto& [value, min, max] : values) {
             EXPECT_FLOAT_EQ(Value(value).weight(min, max), weight)
-                << describe(value) << " from " << describe(min);
+                << describe(value) << " > " << describe(min);
         }
     }
     EXPECT_TRUE(std::isnan(Value(0U).weight(0U, 0U)));
@@ -191,24 +160,20 @@ TEST(Value, weighsItsWayBetweenTwoLimits)
 
 TEST(Value, limitsThatAreNoNumbersAreReportedAndWeighLessThanNothing)
 {
-    const std::string kWeigh = "Cannot weight CounterValue";
-    const std::string kCast = "Cannot cast CounterValue to ";
-    const std::tuple<Value, Value, Value, Texts> cases[] = {
-        {5, text("0"), 10, {kCast + "int", kWeigh}},
-        {5U, text("0"), text("9"), {kCast + "uint", kCast + "uint", kWeigh}},
-        {5.0F, text("0"), 10, {kCast + "float", kWeigh}},
-        {5, Value(), 10, {kWeigh}},
-        {text("5"), 0, 10, {kWeigh}},
+    const std::tuple<Value, Value, Value, std::string, std::size_t> cases[] = {
+        {5, text("0"), 10, "cast CounterValue to int", 2U},
+        {5U, text("0"), text("9"), "cast CounterValue to uint", 3U},
+        {5.0F, text("0"), 10, "cast CounterValue to float", 2U},
+        {5, Value(), 10, "weight CounterValue", 1U},
+        {text("5"), 0, 10, "weight CounterValue", 1U},
     };
-    for (const auto& [value, min, max, messages] : cases) {
-        test::Reports reports;
+    for (const auto& [value, min, max, message, count] : cases) {
+        const test::Reports reports;
         EXPECT_EQ(Value(value).weight(min, max), -1.0F);
-        ASSERT_EQ(reports.texts().size(), messages.size()) << describe(value);
-        for (std::size_t i = 0; i < messages.size(); ++i) {
-            const std::string whole =
-                messages[i] + ". Incorrect underlying type (expected int, uint or float).\r\n";
-            EXPECT_NE(reports.texts()[i].find("\r\n" + whole), std::string::npos) << reports.texts()[i];
-        }
+        ASSERT_EQ(reports.texts().size(), count) << message;
+        const std::string line =
+            "Cannot " + message + ". Incorrect underlying type (expected int, uint or float).";
+        EXPECT_NE(reports.texts()[0].find("\r\n" + line + "\r\n"), std::string::npos) << reports.texts()[0];
     }
 }
 

@@ -4,7 +4,6 @@
 #include "panel.h"
 
 #include <memory>
-#include <string>
 #include <utility>
 
 namespace test {
@@ -24,12 +23,8 @@ protected:
         return {std::move(min), std::move(max), std::move(getter), "", ""};
     }
 
-    // The line that starts with a caption, as it is seen after the host's next turn.
-    std::string line(std::string_view caption)
-    {
-        show();
-        return ui.read().lines()[ui.text(caption).line];
-    }
+    // The line of a caption, as it is seen after the host's next turn.
+    std::string line(std::string_view caption) { return show().lines()[ui.text(caption).line]; }
 };
 
 } // namespace test
