@@ -149,11 +149,19 @@ void Tree::eraseNode(unsigned id)
     }
 }
 
+// The address is taken back on every way out, which GCC doesn't see where it inlines this.
+#if __GNUC__ >= 12
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+#endif
 Tree::ChildWalk::ChildWalk(const Tree& tree, unsigned parent)
     : m_tree(tree), m_outer(tree.m_walks.innermost), m_parent(parent)
 {
     m_tree.m_walks.innermost = this;
 }
+#if __GNUC__ >= 12
+#pragma GCC diagnostic pop
+#endif
 
 Tree::ChildWalk::~ChildWalk()
 {
