@@ -5,6 +5,7 @@
 
 #include <ctime>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace statistics {
@@ -12,6 +13,13 @@ namespace statistics {
 namespace {
 
 namespace fs = std::filesystem;
+
+#ifdef _WIN32
+// The system drops these at the end of a name, and ".. " or "..." would lead out of the root.
+constexpr std::string_view kDroppedEnds = ". ";
+#else
+constexpr std::string_view kDroppedEnds;
+#endif
 
 /// File system errors name the operation in the same words on every platform.
 void throwIf(const std::error_code& error, const char* operation, const fs::path& path)
@@ -68,7 +76,8 @@ std::string timeStamp()
 bool isFolderName(const std::string& name)
 {
     const fs::path path = toPath(name);
-    return isRootName(name) && path == path.filename() && name != "." && name != "..";
+    return isRootName(name) && path == path.filename() && name != "." && name != ".." &&
+           kDroppedEnds.find(name.back()) == std::string_view::npos;
 }
 
 bool isRootName(const std::string& name)
