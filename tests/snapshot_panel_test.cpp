@@ -160,6 +160,9 @@ TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
 {
     const std::string nul("a\0b", 3);
     const std::string root = dir("root");
+#ifdef _WIN32
+    EXPECT_FALSE(statistics::isFolderName(".. ") || statistics::isFolderName("..."));
+#endif
     for (const std::string& folder : Lines{"", ".", "..", "a/b", "a/", "/", "/a", "../a", nul, "bench"}) {
         const bool isFolder = folder == "bench";
         for (const std::string& badRoot : Lines{isFolder ? "" : root, isFolder ? root + nul : root}) {
@@ -200,6 +203,15 @@ TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
         click({"Diff", button});
         EXPECT_FALSE(ui.read().contains("Diff"));
     }
+}
+
+TEST_F(SnapshotPanel, whatSaveDiffHoldsMayTurnSnapshotsOnAgainWhenItGoes)
+{
+    std::shared_ptr<void> atEnd(nullptr, [this](void*) { EXPECT_TRUE(create()); });
+    EXPECT_TRUE(system().createStatsAnalyzer(dir("other"), "bench", [held = std::move(atEnd)] {}));
+    EXPECT_TRUE(system().removeStatsAnalyzer());
+    click({"Diff", "Take snapshot"});
+    EXPECT_TRUE(dir.has("root/bench"));
 }
 
 TEST_F(SnapshotPanel, gettersMayAddAndRemoveCountersWhileASnapshotIsTaken)

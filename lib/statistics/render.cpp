@@ -116,7 +116,8 @@ unsigned Render::createDiffTable(std::function<DiffTable&()> access)
 void Render::clearSnapshotControl()
 {
     takeSnapshotFunctor = nullptr;
-    saveDiffFunctor = nullptr;
+    // What the host's function holds may call back when it goes.
+    CallScope::retire(std::exchange(saveDiffFunctor, nullptr));
     clearTreeFunctor = nullptr;
 }
 

@@ -32,6 +32,7 @@ bool System::removeStatsAnalyzer()
 {
     if (!m_data->snapshotGroup.hasControls())
         return false;
+    const CallScope call;
     m_data->snapshotGroup = SnapshotGroup(m_data->render);
     m_data->render.clearDiffTable();
     m_data->render.clearSnapshotControl();
