@@ -50,12 +50,15 @@ TEST_F(Presets, giveLimitsWhenChosenAndToCountersCreatedAfterwards)
                            "Unknown | 0.000 | 45 | 0.000",
                            "After | 0 | 45 | 0"};
     EXPECT_EQ(show().lines(), cleared);
-    system().createPreset("C", {});
+    addPreset("C", 10, {"ready", {}, [](LimitMap&, Params&) { return "saved"; }, {}});
+    show();
+    ui.click("Presets");
+    ui.click("Save"); // the preset chosen last doesn't exist
+    EXPECT_EQ(line("C"), "C | ready | Save");
     system().createPreset("D", {{"fps", {40, 80}}}); // has the index of the preset chosen last
     add("Last", keyed("fps"));
     EXPECT_EQ(line("After"), "After | 0 | 45 | 0");
     EXPECT_EQ(line("Last"), "Last | 40.000 | 45 | 80.000");
-    ui.click("Presets");
     EXPECT_FALSE(ui.ticked("C"));
     EXPECT_TRUE(ui.ticked("D"));
 }

@@ -97,7 +97,7 @@ TEST(Value, comparesByTheRulesOfTheLeftSide)
 {
     using Pairs = std::vector<std::pair<Value, Value>>;
     const std::pair<std::string, Pairs> cases[] = {
-        {"<", {{1, 2}, {-1, 0U}, {0U, -1}, {-1, {}}, {text("ab"), text("abc")}}},
+        {"<", {{1, 2}, {1U << 24, (1U << 24) + 1}, {-1, 0U}, {0U, -1}, {-1, {}}, {text("ab"), text("abc")}}},
         {">", {{UINT_MAX, 1U}, {2.5F, 2}, {3.5F, 3}, {text("9"), 10}, {text("\xFF"), text("a")}}},
         {">", {{text("a"), {}}, {Value(std::string("a\0b", 3)), text("a")}}},
         {"==", {{-1, UINT_MAX}, {text("12"), 12}, {text("1.500"), 1.5F}, {{}, {}}}},
