@@ -5,8 +5,11 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "clipboard.h"
+#include "running_imgui.h"
 #include "stack_tracker.h"
 #include "widgets.h"
+
+#include <imgui.h>
 
 #include <algorithm>
 #include <string_view>
@@ -32,6 +35,15 @@ bool isOutsideFunctors()
 {
     return ORV_ASSERT_MESSAGE(!CallScope::active(),
                               "A functor must not call initialize, shutdown, update or draw.");
+}
+
+/// Looked at once in the process, at the first draw: it can't change.
+bool canDrawIntoRunningImGui()
+{
+    static const bool s_fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
+                                                  "The running Dear ImGui isn't " IMGUI_VERSION
+                                                  " as the library was compiled with: nothing is drawn.");
+    return s_fits;
 }
 
 /// Closes the panel's window, collapsed or not.
@@ -89,7 +101,7 @@ void System::draw()
     const Orv::StackScope scope("statistics::System::draw", __FILE__, __LINE__);
     const CallScope call;
     Render& render = m_data->render;
-    if (!render.windowOpen)
+    if (!render.windowOpen || !canDrawIntoRunningImGui())
         return;
     const WindowScope window(render);
     if (!window.visible)
