@@ -45,7 +45,9 @@ float parseFloat(const char* text)
         number.resize(std::min(number.find(point), number.size()));
         std::replace(number.begin(), number.end(), '.', point);
     }
-    return std::strtof(number.c_str(), nullptr);
+    char* end = nullptr;
+    const float value = std::strtof(number.c_str(), &end);
+    return end == number.c_str() ? 0.0f : value; // "---" gives it a negative zero
 #else
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return strtof_l(text, nullptr, locale);
