@@ -138,7 +138,7 @@ TEST_F(SnapshotFile, isTheSameUnderACppLocaleWithADecimalComma)
 
 TEST_F(SnapshotFile, isTheSameUnderACLocaleWithADecimalComma)
 {
-    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "pl_PL.UTF-8", "ru_RU.UTF-8"}) {
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "pl_PL.UTF-8", "ru_RU.UTF-8", "German"}) {
         if (std::setlocale(LC_ALL, name) && *std::localeconv()->decimal_point == ',') {
             expectExample();
             std::setlocale(LC_ALL, "C");
