@@ -46,7 +46,7 @@ void System::choosePreset(std::size_t index)
 void System::clearPresets()
 {
     CallScope::retire(std::exchange(limitPresets, {}));
-    // The new label takes the old one's slot, and with it the identity by which the user has opened the group.
+    // The new label takes the old one's slot, and with it the identity by which the user opened the group.
     Render& render = m_data->render;
     render.removeItem(m_data->presetGroup.tree.item(m_data->presetGroup.groupNode));
     m_data->presetGroup = PresetGroup(render);
