@@ -46,6 +46,14 @@ bool canDrawIntoRunningImGui()
     return s_fits;
 }
 
+/// A host that draws at the wrong moment is told, and goes on.
+bool canDrawNow()
+{
+    return ORV_ASSERT_MESSAGE(ImGui::GetCurrentContext(), "There is no ImGui context.") &&
+           canDrawIntoRunningImGui() &&
+           ORV_ASSERT_MESSAGE(widgets::isInsideFrame(), "The panel is drawn between NewFrame and Render.");
+}
+
 /// Closes the panel's window, collapsed or not.
 class [[nodiscard]] WindowScope {
 public:
@@ -101,7 +109,7 @@ void System::draw()
     const Orv::StackScope scope("statistics::System::draw", __FILE__, __LINE__);
     const CallScope call;
     Render& render = m_data->render;
-    if (!render.windowOpen || !canDrawIntoRunningImGui())
+    if (!render.windowOpen || !canDrawNow())
         return;
     const WindowScope window(render);
     if (!window.visible)

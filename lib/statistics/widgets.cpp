@@ -115,6 +115,11 @@ void ColumnsScope::stretchRows()
     end = std::max(end, columnsEnd());
 }
 
+bool isInsideFrame()
+{
+    return ImGui::GetCurrentContext()->WithinFrameScope;
+}
+
 void suggestNextWindowSize(const ImVec2& size)
 {
     if (!nextWindowHasSize())

@@ -78,6 +78,8 @@ private:
     bool m_isNew;
 };
 
+/// True between the host's NewFrame and Render.
+bool isInsideFrame();
 /// Whether the host or ImGui's saved settings decide the size of the window that comes next; otherwise it is
 /// set.
 void suggestNextWindowSize(const ImVec2& size);

@@ -44,7 +44,9 @@ public:
     System& operator=(const System&) = delete;
 
     /// Draws the panel, a window titled "Statistics", inside the host's ImGui frame. Reads no host data for
-    /// counters and tables. Buttons, check boxes and menu entries call the host's functors at once.
+    /// counters and tables. Buttons, check boxes and menu entries call the host's functors at once. Outside a
+    /// frame, or into another release of ImGui than the library was compiled with, it is reported and draws
+    /// nothing.
     void draw();
     /// Samples every counter and table whose period has passed. `dt` is the time since the previous call, in
     /// the unit of all periods; a negative one samples everything. With `enabled` false nothing happens.
