@@ -1,0 +1,182 @@
+// Functors of a host that call the library back, or throw, while they are sampled or drawn.
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include "stack_tracker.h"
+
+#include <stdexcept>
+
+namespace {
+
+using namespace statistics;
+using Names = std::vector<std::string>;
+
+class Functors : public test::Panel {
+protected:
+    // A counter that logs its samples and then acts.
+    void add(
+        const std::string& name, unsigned parent = 0, std::function<void()> act = [] {}, float period = 0)
+    {
+        auto getter = [this, name, act = std::move(act)] {
+            sampled.push_back(name);
+            act();
+            return CounterValue(name +
+                                " was sampled"); // reads its captures although `act` may have removed it
+        };
+        system().createCounter(name, std::make_unique<Counter>(getter), period, parent);
+    }
+    static unsigned addBox(const std::string& name, std::function<void(bool)> onChange, unsigned parent = 0)
+    {
+        const unsigned item = TestAccess::render().createCheckbox(name, std::move(onChange));
+        return TestAccess::tree().addChild(item, parent);
+    }
+    static void remove(const char* path) { system().removeItem(getItemIndex(path)); }
+    Names samplesOf(float dt)
+    {
+        sampled.clear();
+        system().update(dt, true);
+        return sampled;
+    }
+
+    Names sampled;
+};
+
+TEST_F(Functors, mayNotStartStopUpdateOrDraw)
+{
+    const System* const before = &system();
+    Names scopes;
+    const auto tryAll = [&] {
+        scopes.push_back(Orv::StackTracker::current() + std::to_string(Orv::StackTracker::depth()));
+        System::initialize();
+        System::shutdown();
+        system().update(0, true);
+        system().draw();
+    };
+    add("counter", 0, tryAll);
+    addBox("box", [&](bool) { tryAll(); });
+    test::Reports reports;
+    EXPECT_EQ(samplesOf(0), Names{"counter"});
+    system().updateNode(getItemIndex("counter"));
+    ui.frames(2);
+    ui.clickBox("box");
+    EXPECT_EQ(scopes, (Names{"statistics::Render::update1", "statistics::Tree::updateNode1",
+                             "statistics::Tree::draw2"}));
+    EXPECT_EQ(reports.expressions(), Names(12, "!CallScope::active()"));
+    EXPECT_EQ(&system(), before);
+    EXPECT_EQ(ui.read().findAll("box").size(), 1U);
+}
+
+TEST_F(Functors, mayRemoveAndCreateItemsWhileTheyAreSampled)
+{
+    struct Case {
+        std::function<void()> act;
+        Names during, after;
+    };
+    Names many = {"first", "before", "actor", "behind", "last"};
+    for (int i = 0; i < 300; ++i)
+        many.push_back(std::to_string(i));
+    const Case cases[] = {
+        {[] { remove("group/actor"); },
+         {"first", "before", "actor", "behind", "last"},
+         {"first", "before", "behind", "last"}},
+        {[] { remove("group"); }, {"first", "before", "actor", "last"}, {"first", "last"}},
+        {[] { remove("group/before"), remove("group/behind"); },
+         {"first", "before", "actor", "last"},
+         {"first", "actor", "last"}},
+        {[] { remove("group"), remove("first"), remove("last"); }, {"first", "before", "actor"}, {}},
+        {[this] { remove("group/actor"), add("heir", getItemIndex("group")); }, // in the actor's slot
+         {"first", "before", "actor", "behind", "last"},
+         {"first", "before", "heir", "behind", "last"}},
+        {[this] {
+             for (int i = 0; i < 300; ++i) // moves all counters
+                 add(std::to_string(i), getItemIndex("group"));
+         },
+         many, many}};
+    for (const Case& expected : cases) {
+        add("first");
+        const unsigned group = label("group");
+        add("before", group);
+        add("actor", group, expected.act);
+        add("behind", group);
+        add("last");
+        EXPECT_EQ(samplesOf(0), expected.during) << "case " << &expected - cases;
+        EXPECT_EQ(samplesOf(0), expected.after) << "case " << &expected - cases;
+        System::shutdown();
+        System::initialize();
+    }
+}
+
+TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
+{
+    Names destroyed;
+    const auto guard = [&](const std::string& name) {
+        return std::shared_ptr<void>(nullptr, [&, name](void*) {
+            destroyed.push_back(name);
+            label(("in memory of " + name).c_str());
+        });
+    };
+    add("actor", 0, [&, kept = guard("actor")] {
+        remove("actor");
+        remove("other");
+        EXPECT_EQ(destroyed, Names{});
+    });
+    add("other", 0, [kept = guard("other")] {});
+    sample();
+    EXPECT_EQ(destroyed, (Names{"actor", "other"}));
+    EXPECT_NE(getItemIndex("in memory of other"), INVALID_ID);
+    add("third", 0, [kept = guard("third")] {});
+    remove("third");
+    EXPECT_EQ(destroyed.size(), 3U); // outside functors nothing is deferred
+}
+
+TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)
+{
+    bool broken = true;
+    add(
+        "actor", 0, [&] { broken ? throw std::runtime_error("broken") : void(); }, 1);
+    add(
+        "behind", 0, [] {}, 1);
+    EXPECT_THROW(sample(), std::runtime_error);
+    EXPECT_THROW(system().updateNode(1), std::runtime_error);
+    EXPECT_EQ(Orv::StackTracker::depth(), 0U);
+    EXPECT_EQ(samplesOf(0), Names{"behind"});
+    broken = false;
+    EXPECT_EQ(samplesOf(1), (Names{"actor", "behind"}));
+}
+
+TEST_F(Functors, thatThrowWhileDrawnLeaveImGuiBalanced)
+{
+    addBox(
+        "box", [](bool) { throw std::runtime_error("broken"); }, label("two", label("one")));
+    ui.frames(2);
+    ui.click("one");
+    ui.click("two");
+    EXPECT_THROW(ui.clickBox("box"), std::runtime_error);
+    EXPECT_EQ(ui.imbalance(), "");
+    EXPECT_EQ(Orv::StackTracker::depth(), 0U);
+    ui.frame();
+    EXPECT_TRUE(ui.ticked("box"));
+    EXPECT_EQ(ui.read().lines(), (Names{"Statistics", "one", "two", "box"}));
+}
+
+TEST_F(Functors, ofABoxGetItsNewStateAndMayRemoveIt)
+{
+    Names log;
+    unsigned box = 0;
+    box = addBox("box", [&, name = std::string("box")](bool on) {
+        if (!on)
+            system().removeItem(box);
+        log.push_back(name + (on ? " on" : " off"));
+    });
+    addBox("without functor", {});
+    ui.frames(2);
+    ui.clickBox("box");
+    EXPECT_TRUE(ui.ticked("box"));
+    ui.clickBox("box");
+    EXPECT_EQ(log, (Names{"box on", "box off"}));
+    ui.clickBox("without functor");
+    EXPECT_TRUE(ui.ticked("without functor"));
+    EXPECT_EQ(ui.read().lines(), (Names{"Statistics", "without functor"}));
+}
+
+} // namespace

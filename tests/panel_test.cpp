@@ -1,0 +1,255 @@
+// The panel as its user sees it: order, names, opening and closing, window, scrolling.
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include <imgui_internal.h>
+
+#include <cmath>
+#include <set>
+
+namespace {
+
+using namespace statistics;
+using Lines = std::vector<std::string>;
+
+class PanelTest : public test::Panel {
+protected:
+    static unsigned addCounter(const std::string& name, const Counter::Getter& getter, unsigned parent = 0)
+    {
+        return system().createCounter(name, std::make_unique<Counter>(getter), 0, parent);
+    }
+    static void addPresetAndSnapshots()
+    {
+        system().createPreset("preset", {});
+        ASSERT_TRUE(system().createStatsAnalyzer(testing::TempDir() + "no such root", "run", {}));
+    }
+    // Closed lines follow each other at one distance, whatever they show.
+    void clickArrow(std::size_t line)
+    {
+        const ImVec2 panel = ui.window("Statistics").min;
+        const ImGuiStyle& style = ImGui::GetStyle();
+        const float first = panel.y + ImGui::GetFrameHeight() + style.WindowPadding.y;
+        ui.click({panel.x + style.WindowPadding.x + style.IndentSpacing + 7,
+                  first + (static_cast<float>(line) + 0.5F) * ImGui::GetTextLineHeightWithSpacing()});
+    }
+    Lines textsWith(const std::string& part)
+    {
+        Lines found;
+        for (const test::Text& text : ui.read().texts)
+            if (text.text.find(part) != std::string::npos)
+                found.push_back(text.text);
+        return found;
+    }
+    // As a host that lays out its windows itself.
+    void fixHeight(float height)
+    {
+        ImGui::GetIO().DisplaySize = ImVec2(1280, height + 100);
+        ui.setScene([height] {
+            ImGui::SetNextWindowSize(ImVec2(900, height));
+            system().draw();
+        });
+        ui.frames(3);
+    }
+};
+
+TEST_F(PanelTest, showsPresetsThenItemsThenSnapshotsAsFarAsThereAreAny)
+{
+    label("leaf", label("A"));
+    label("B");
+    EXPECT_EQ(show().lines(), (Lines{"Statistics", "A", "B"}));
+    addPresetAndSnapshots();
+    EXPECT_EQ(show().lines(), (Lines{"Statistics", "Presets", "A", "B", "Diff"}));
+    system().clearPresets();
+    system().removeStatsAnalyzer();
+    system().removeItem(getItemIndex("A/leaf"));
+    show();
+    ui.click("A"); // a plain line again
+    EXPECT_EQ(ui.read().lines(), (Lines{"Statistics", "A", "B"}));
+}
+
+TEST_F(PanelTest, showsOddNamesWholeAndOpensEachByItself)
+{
+    const Lines names = {
+        "%", "100 %s %d %n",          "a/b",          "##", "###a", "a##b", "Presets", "Diff", "Statistics",
+        "",  std::string(10000, 'x'), "\xFF\xC0 \x80"};
+    Lines plain = {"Statistics"};
+    plain.insert(plain.end(), names.begin(), names.begin() + 9);
+    for (const bool withChildren : {false, true}) {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const unsigned id = system().createLabel(names[i]);
+            if (withChildren)
+                system().createLabel("child " + std::to_string(i), id);
+        }
+        Lines lines = show().lines();
+        EXPECT_EQ(textsWith("xxx").size(), 1U);
+        lines.resize(plain.size());
+        EXPECT_EQ(lines, plain);
+    }
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        clickArrow(i);
+        EXPECT_EQ(textsWith("child"), Lines{"child " + std::to_string(i)});
+        clickArrow(i);
+        EXPECT_EQ(textsWith("child"), Lines{});
+    }
+}
+
+TEST_F(PanelTest, itemsOfOneNameOpenOneByOne)
+{
+    const auto one = [] { return CounterValue(1); };
+    label("leaf 1", label("x", label("A")));
+    label("leaf 2", addCounter("x", one, label("B")));
+    label("leaf 3", addCounter("x", one, addCounter("C", one)));
+    label("mine 1", label("Presets"));
+    label("mine 2", label("Diff"));
+    addPresetAndSnapshots();
+    show();
+    for (const char* parent : {"C", "B", "A"})
+        ui.click(parent);
+    ui.click("x", 1);
+    EXPECT_EQ(textsWith("leaf"), Lines{"leaf 2"});
+    ui.click("x", 0);
+    EXPECT_EQ(textsWith("leaf"), (Lines{"leaf 1", "leaf 2"}));
+    ui.click("Presets", 1);
+    ui.click("Diff", 0);
+    EXPECT_EQ(textsWith("mine"), (Lines{"mine 1", "mine 2"}));
+    EXPECT_FALSE(ui.read().contains("preset") || ui.read().contains("Snapshots"));
+    ui.click("Presets", 0);
+    ui.click("Diff", 1);
+    EXPECT_TRUE(ui.read().contains("preset") && ui.read().contains("Snapshots"));
+}
+
+TEST_F(PanelTest, collapsesAndCloses)
+{
+    label("A");
+    show();
+    ui.doubleClick("Statistics");
+    EXPECT_EQ(ui.read().lines(), Lines{"Statistics"});
+    EXPECT_EQ(ui.imbalance(), "");
+    ui.doubleClick("Statistics");
+    EXPECT_TRUE(system().panelOpen());
+    ui.clickClose("Statistics");
+    EXPECT_EQ(ui.read().lines(), Lines{});
+    EXPECT_FALSE(system().panelOpen());
+    for (const bool open : {true, false}) {
+        system().setPanelOpen(open);
+        ui.frame();
+        EXPECT_EQ(ui.read().lines(), open ? (Lines{"Statistics", "A"}) : Lines{});
+    }
+}
+
+TEST_F(PanelTest, firstAppearsWideEnoughForATableWithoutBackground)
+{
+    ui.frames(2);
+    const test::Rect panel = ui.window("Statistics");
+    EXPECT_GE(panel.size().x, 850 + 2 * 29); // with padding and indent at both sides
+    EXPECT_NEAR(panel.size().y, 600, 50);
+    EXPECT_EQ(ui.read().rectsAt(panel.center()).size(), 0U);
+}
+
+TEST_F(PanelTest, hasTheSizeThatSettingsOrHostGive)
+{
+    ImGui::LoadIniSettingsFromMemory("[Window][Statistics]\nPos=10,20\nSize=333,222\nCollapsed=0\n");
+    ui.frames(2);
+    EXPECT_EQ(ui.window("Statistics").size().x, 333);
+    fixHeight(444);
+    EXPECT_EQ(ui.window("Statistics").size().y, 444);
+}
+
+// Lines of all kinds, some of them open, one wider than the window, one whose value changes its height.
+class LongPanel : public PanelTest {
+protected:
+    struct Look {
+        std::set<std::tuple<std::string, long, long>> places; // text, x, y in the contents
+        ImVec2 extent;
+    };
+
+    LongPanel()
+    {
+        label((std::string(200, ' ') + "end").c_str());
+        addCounter("tall", [this] { return CounterValue(tall ? "first\nsecond\nthird" : "first"); });
+        label("two\nlines");
+        for (int i = 0; i < 60; ++i) {
+            const std::string number = std::to_string(i);
+            const unsigned group = label(("group " + number).c_str());
+            label(("leaf " + number).c_str(), group);
+            const auto value = [i] { return CounterValue(i); };
+            addCounter("plain " + number, value, group);
+            auto limited = std::make_unique<Counter>(0, 60, value, "", "");
+            system().createCounter("limited " + number, std::move(limited), 0, group);
+            for (const char* name : {"box ", "odd ## box "})
+                TestAccess::tree().addChild(TestAccess::render().createCheckbox(name + number, {}), group);
+        }
+        sample();
+        fixHeight(4000); // all of it
+        for (int i = 0; i < 60; i += 3)
+            ui.click("group " + std::to_string(i));
+    }
+
+    static const ImGuiWindow& window() { return *ImGui::FindWindowByName("Statistics"); }
+
+    Look look()
+    {
+        Look seen = {{}, window().ContentSize};
+        for (const test::Text& text : ui.read().texts)
+            seen.places.emplace(text.text, std::lround(text.min.x),
+                                std::lround(text.center().y - window().DC.CursorStartPos.y));
+        return seen;
+    }
+    // In the part that the window shows now, but for lines that its borders cut.
+    void expectSameAs(const Look& whole)
+    {
+        const auto inView = [](const Look& seen) {
+            Lines texts;
+            for (const auto& [text, x, y] : seen.places) {
+                const float onScreen = static_cast<float>(y) + window().DC.CursorStartPos.y;
+                if (onScreen > window().InnerClipRect.Min.y + 12 &&
+                    onScreen < window().InnerClipRect.Max.y - 12)
+                    texts.push_back(text + " at " + std::to_string(x) + ", " + std::to_string(y));
+            }
+            return texts;
+        };
+        EXPECT_GT(inView(whole).size(), 5U);
+        EXPECT_EQ(inView(look()), inView(whole)) << "scrolled to " << window().Scroll.y;
+        EXPECT_EQ(window().ContentSize.x, whole.extent.x);
+        EXPECT_EQ(window().ContentSize.y, whole.extent.y);
+    }
+
+    bool tall = false;
+};
+
+TEST_F(LongPanel, scrollsAndAnswersClicksAsIfEachLineWereDrawn)
+{
+    const Look whole = look();
+    fixHeight(300);
+    ui.moveTo(ui.window("Statistics").center());
+    for (const float direction : {-1.0F, 1.0F})
+        for (float last = -1; last != window().Scroll.y; ui.wheel(0, direction)) {
+            expectSameAs(whole);
+            last = window().Scroll.y;
+        }
+    ui.wheel(0, -15);
+    const std::string closed = textsWith("group").at(2);
+    ui.click(closed);
+    EXPECT_EQ(ui.text("leaf " + closed.substr(6)).line, ui.text(closed).line + 1);
+}
+
+TEST_F(LongPanel, followsALineThatChangesItsHeightOutOfView)
+{
+    const Look low = look();
+    tall = true;
+    sample();
+    ui.frames(3);
+    const Look high = look();
+    EXPECT_GT(high.extent.y, low.extent.y);
+    fixHeight(300);
+    ui.moveTo(ui.window("Statistics").center());
+    ui.wheel(0, -10);
+    for (const bool value : {false, true}) {
+        tall = value;
+        sample();
+        ui.frames(2);
+        expectSameAs(value ? high : low);
+    }
+}
+
+} // namespace
