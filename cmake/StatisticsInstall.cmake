@@ -17,7 +17,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/lib/statistics/include/statistics"
 # The version of ImGui that the library was compiled against: a host's ImGui has to be the same.
 set(imgui_version "unknown")
 get_target_property(imgui_include_dirs ${statistics_imgui} INTERFACE_INCLUDE_DIRECTORIES)
-find_file(STATISTICS_IMGUI_HEADER imgui.h PATHS ${imgui_include_dirs} NO_DEFAULT_PATH)
+find_file(STATISTICS_IMGUI_HEADER imgui.h PATHS ${imgui_include_dirs} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
 mark_as_advanced(STATISTICS_IMGUI_HEADER)
 if(STATISTICS_IMGUI_HEADER)
     file(STRINGS "${STATISTICS_IMGUI_HEADER}" version_line REGEX "^#define IMGUI_VERSION +\"")
