@@ -196,14 +196,17 @@ TEST_F(SnapshotFile, whereNothingCanBeReadOrWrittenNothingIsLost)
     }
     dir.protect("locked", 0555);
     dir.protect("secret.csv", 0);
-    const test::Unprivileged user;
-    EXPECT_EQ(written({}), ""); // the folder is a file
-    StatisticsAnalyzer(dir("locked"), "bench").writeSnapshot("bench/a.csv", {});
-    EXPECT_EQ(dir.read("root/bench") + dir.read("locked/kept.csv"), kExample + kExample);
-    EXPECT_FALSE(dir.has("locked/bench"));
-    for (const char* unreadable : {"secret.csv", "locked", "missing.csv"}) {
-        EXPECT_EQ(readFile(dir(unreadable)), Lines{}) << unreadable;
+    {
+        const test::Unprivileged user;
+        StatisticsAnalyzer(dir("locked"), "bench").writeSnapshot("bench/a.csv", {});
+        for (const char* unreadable : {"secret.csv", "locked", "missing.csv"}) {
+            EXPECT_EQ(readFile(dir(unreadable)), Lines{}) << unreadable;
+        }
     }
+    dir.protect("locked", 0755);
+    EXPECT_FALSE(dir.has("locked/bench"));
+    EXPECT_EQ(written({}), ""); // the folder is a file
+    EXPECT_EQ(dir.read("root/bench") + dir.read("locked/kept.csv"), kExample + kExample);
 }
 
 TEST_F(SnapshotFile, aFullDiskKeepsWhatStillFits)
