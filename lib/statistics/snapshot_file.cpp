@@ -9,20 +9,15 @@
 
 #include <algorithm>
 #include <clocale>
-#include <cstring>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <locale>
 #include <string>
 #include <system_error>
 
-#ifdef _WIN32
-#include <cstdlib>
-#else
-#include <stdlib.h> // strtof_l
 #if defined(__APPLE__) || defined(__FreeBSD__)
 #include <xlocale.h>
-#endif
 #endif
 
 namespace statistics {

@@ -40,10 +40,10 @@ bool isOutsideFunctors()
 /// Looked at once in the process, at the first draw: it can't change.
 bool canDrawIntoRunningImGui()
 {
-    static const bool s_fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
-                                                  "The running Dear ImGui isn't " IMGUI_VERSION
-                                                  " as the library was compiled with: nothing is drawn.");
-    return s_fits;
+    static const bool fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
+                                                "The running Dear ImGui isn't " IMGUI_VERSION
+                                                " as the library was compiled with: nothing is drawn.");
+    return fits;
 }
 
 /// A host that draws at the wrong moment is told, and goes on.
