@@ -1,20 +1,28 @@
 # Sourced by the scripts: Dear ImGui's sources, as the distribution's source package has them.
 
-# imgui_source <folder>: unpacks them there, once. Needs no rights and changes nothing in the system's apt.
+# Address, suite and component of the package: "500 http://deb.debian.org/debian bookworm/main amd64 Packages"
+imgui_origin() {
+    apt-cache policy libimgui-dev | sed -nE 's/^ +[0-9]+ (https?:[^ ]+) ([^ /]+)\/([^ ]+) .*/\1 \2 \3/p' | head -n 1
+}
+
+# imgui_source <folder>: unpacks them there, once. Changes nothing in the system's apt, and needs rights only where
+# that has no lists yet.
 imgui_source() {
-    local folder=$1 apt uri suite component
+    local folder=$1 apt origin options
     [[ ! -f $folder/imgui.h ]] || return 0
-    # "500 http://deb.debian.org/debian bookworm/main amd64 Packages"
-    read -r uri suite < <(apt-cache policy libimgui-dev | sed -nE 's/^ +[0-9]+ (http[^ ]+) ([^ ]+) .*/\1 \2/p')
-    component=${suite#*/}
+    origin=$(imgui_origin)
+    if [[ -z $origin ]]; then
+        apt-get -qq update
+        origin=$(imgui_origin)
+    fi
     rm -rf "$folder" "$folder.apt"
     mkdir -p "$folder.apt"/{lists,cache}/partial
     apt=$(realpath "$folder.apt")
-    echo "deb-src $uri ${suite%%/*} $component" >"$apt/sources.list"
+    echo "deb-src $origin" >"$apt/sources.list"
+    options=(-qq -o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=-
+        -o "Dir::State::Lists=$apt/lists" -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User=)
     (
         cd "$apt"
-        local options=(-qq -o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=-
-            -o "Dir::State::Lists=$apt/lists" -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User=)
         apt-get "${options[@]}" update
         apt-get "${options[@]}" source --download-only imgui
         dpkg-source --extract imgui_*.dsc unpacked
