@@ -1,0 +1,59 @@
+// A table over rows that a host keeps, on a panel.
+#pragma once
+
+#include "panel.h"
+#include "test_access.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace test {
+
+struct HostRow {
+    std::string name;
+    int size;
+};
+using HostRows = std::vector<HostRow>;
+using Lines = std::vector<std::string>;
+using Indices = std::vector<std::size_t>;
+
+class TablePanel : public Panel {
+protected:
+    // Columns "Name" and "Size" over `from`; reading a row that isn't there throws.
+    unsigned addTable(const std::string& name, HostRows& from, unsigned parent = 0)
+    {
+        using statistics::CounterValue;
+        const unsigned node =
+            statistics::table(name, 0, parent, [this, &from] { return ++counts, from.size(); });
+        statistics::Table& added = *system().getTable(node);
+        added.addColumn(
+            "Name", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).name); }, 0.4F);
+        added.addColumn(
+            "Size", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).size); }, 0.3F,
+            "%d B");
+        return node;
+    }
+
+    // What the panel shows beneath its title.
+    Lines lines()
+    {
+        Lines all = ui.read().lines();
+        all.erase(all.begin());
+        return all;
+    }
+    Lines shownLines()
+    {
+        show();
+        return lines();
+    }
+
+    std::size_t reads = 0;  // calls of getters
+    std::size_t counts = 0; // calls of row count functors
+    HostRows rows = {{"beta", 3}, {"gamma", 1}, {"alpha", 2}};
+    unsigned id = addTable("Rows", rows);
+    statistics::Table& table = *system().getTable(id);
+    statistics::ItemTable& item = statistics::TestAccess::render().tables[0]; // until there are more tables
+};
+
+} // namespace test

@@ -1,0 +1,168 @@
+// The model of a table: order, cells, sums and actions.
+#include "support/table_panel.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <random>
+#include <thread>
+
+namespace {
+
+using statistics::CounterValue;
+using statistics::NO_INDEX;
+using statistics::Table;
+using test::Indices;
+using test::Lines;
+using TableModel = test::TablePanel;
+
+TEST_F(TableModel, rowsMoveOnlyWhenSortedAnewOrWhenTheirNumberChanges)
+{
+    const auto order = [&] { return table.getSortedCell(0, 0), table.m_order; };
+    EXPECT_EQ(order(), (Indices{2, 0, 1}));
+    rows[0].name = "zeta";
+    EXPECT_EQ(order(), (Indices{2, 0, 1}));
+    rows.push_back({"delta", 9});
+    EXPECT_EQ(order(), (Indices{2, 3, 1, 0}));
+    table.sort(1, false);
+    EXPECT_EQ(order(), (Indices{3, 0, 2, 1}));
+    rows.erase(rows.begin());
+    EXPECT_EQ(order(), (Indices{2, 1, 0}));
+    EXPECT_EQ(table.getSortedCell(0, 0), "delta");
+    EXPECT_EQ(statistics::getTableCell(id, 0, 1), "1 B") << "a cell by its data row";
+}
+
+TEST_F(TableModel, aRefreshReadsEachCellOnceAndTheRowCountOncePerCell)
+{
+    sample();
+    EXPECT_EQ(counts, 1U + 1 + 6) << "its own, the sort's, one for each cell";
+    for (const std::size_t cells : {6U, 0U}) {
+        reads = counts = 0;
+        system().updateNode(id);
+        EXPECT_EQ(reads, cells);
+        EXPECT_EQ(counts, 1 + cells);
+        rows.clear();
+    }
+    EXPECT_EQ(table.m_order.size(), 3U) << "no cell is read, so nothing sorts";
+}
+
+Indices dataOrder(std::size_t count)
+{
+    Indices order(count);
+    std::iota(order.begin(), order.end(), 0);
+    return order;
+}
+
+// Sorts thousands of rows both ways; each must be in the order, once.
+void expectAllRows(const char* what, std::function<CounterValue(std::size_t)> read)
+{
+    Table table([] { return std::size_t{5000}; });
+    table.addColumn("Value", std::move(read), 1);
+    for (const bool ascending : {true, false}) {
+        table.sort(0, ascending);
+        std::sort(table.m_order.begin(), table.m_order.end());
+        EXPECT_EQ(table.m_order, dataOrder(5000)) << what;
+    }
+}
+
+TEST(TableSort, valuesThatDontOrderLoseNoRow)
+{
+    const CounterValue nan = std::numeric_limits<float>::quiet_NaN();
+    const CounterValue mixed[] = {1, 2U, nan, 1.5F, std::string("2"), {}, -1};
+    std::mt19937 random(11);
+    expectAllRows("NaN",
+                  [&](std::size_t row) { return row % 3 ? static_cast<unsigned>(row * 7 % 97) : nan; });
+    expectAllRows("mixed kinds", [&](std::size_t row) { return mixed[row * 5 % std::size(mixed)]; });
+    expectAllRows("another answer each time", [&](auto) { return mixed[random() % std::size(mixed)]; });
+}
+
+TEST(TableSort, anotherThreadMayWriteTheValuesMeanwhile)
+{
+    std::vector<std::atomic<unsigned>> values(5000);
+    std::atomic<unsigned> rounds{0};
+    std::atomic<bool> stop{false};
+    std::thread writer([&] {
+        for (std::mt19937 random(3); !stop; ++rounds)
+            std::generate(values.begin(), values.end(), std::ref(random));
+    });
+    for (int sort = 0; sort < 3 || rounds < 6; ++sort)
+        expectAllRows("written meanwhile", [&](std::size_t row) { return values[row].load(); });
+    stop = true;
+    writer.join();
+}
+
+TEST_F(TableModel, aRowCountThatIsNeverTheSameReadsNoRowThatIsNotThere)
+{
+    std::size_t count = 0;
+    table.m_rowCount = [&] { return ++count * 7 % 11; };
+    table.m_header = {
+        {"Row", "", [](std::size_t row) { return row < 11 ? CounterValue(1) : throw row; }, 0, 0, 1}};
+    for (int turn = 0; turn < 50; ++turn)
+        EXPECT_NO_THROW(show());
+}
+
+TEST_F(TableModel, aColumnOutOfRangeIsReportedByTheSortAndTheSumAndHasNoCells)
+{
+    test::Reports reports;
+    EXPECT_EQ(table.sumColumn(1), 6);
+    EXPECT_EQ(counts, 1U);
+    table.sort(2, false);
+    EXPECT_TRUE(table.sumColumn(2).isEmpty());
+    EXPECT_EQ(reports.take(), Lines(2, "column < m_header.size()"));
+    EXPECT_TRUE(table.m_sortColumn == 0 && table.m_sortAscending);
+    EXPECT_EQ(table.getSortedCell(2, 0) + table.getSortedCell(0, 3) + table.getCell(NO_INDEX, 0), "");
+    rows.clear();
+    EXPECT_TRUE(table.sumColumn(1).isEmpty());
+}
+
+TEST_F(TableModel, theTextOfARowIsItsCellsOfThisMomentBetweenTabs)
+{
+    sample();
+    rows[0] = {"", 30};
+    EXPECT_EQ(table.rowText(0), "\t30 B");
+    table.addColumn(
+        "Empty", [](std::size_t) { return CounterValue(); }, 0.1F, "%d B");
+    table.addColumn(
+        "Text", [](std::size_t) { return std::string("100 %d\t\""); }, 0.1F, "%s%n");
+    EXPECT_EQ(table.rowText(2), "alpha\t2 B\t---\t100 %d\t\"");
+    table.m_header.clear();
+    EXPECT_EQ(table.rowText(0), "");
+    table.addColumn("None", {}, 0.1F);
+    EXPECT_THROW(table.rowText(0), std::bad_function_call);
+}
+
+TEST_F(TableModel, actionsGetTheDataRowAndRunOnNoRowThatIsNotThere)
+{
+    Indices got;
+    statistics::setDefaultAction(id, [&](std::size_t row) { got.push_back(row); });
+    statistics::addRowAction(id, "Note", table.m_defaultAction);
+    table.runDefaultAction(0); // before the first refresh
+    sample();
+    for (const std::size_t view : {std::size_t{0}, std::size_t{3}, NO_INDEX}) {
+        table.runDefaultAction(view);
+        table.runAction(0, view);
+        table.runAction(1, view);
+    }
+    EXPECT_EQ(got, (Indices{2, 2}));
+}
+
+TEST_F(TableModel, aNodeWithoutATableIsHarmlessAndOneThatIsNotThereReported)
+{
+    const unsigned label = statistics::label("Label", 0);
+    for (const std::size_t reported : {0U, 5U}) {
+        test::Reports reports;
+        statistics::setKeyColumn(label, 1);
+        statistics::addRowAction(label, "Action", {});
+        statistics::setDefaultAction(label, {});
+        statistics::addClipboardAction(label);
+        EXPECT_EQ(statistics::getTableCell(label, 0, 0), "");
+        EXPECT_EQ(reports.take().size(), reported);
+        system().removeItem(label);
+    }
+}
+
+} // namespace
