@@ -1,6 +1,6 @@
 # Sourced by the scripts: brings in Debian and Ubuntu packages, when they are missing and when it may.
 
-packages_build=(g++ cmake pkg-config libimgui-dev)
+packages_build=(g++ make cmake pkg-config libimgui-dev)
 packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev)
 packages_display=(xvfb libgl1-mesa-dri xdotool xclip imagemagick) # a display of its own, a mouse, a camera
 
