@@ -69,6 +69,7 @@ private:
 };
 
 /// Each tree has an identity of its own: a host's item "Presets" opens by itself.
+template<typename Tree>
 void drawTree(Tree& tree, Render& render, const char* id)
 {
     const widgets::IdScope scope(id);
@@ -118,7 +119,7 @@ void System::draw()
         drawTree(m_data->presetGroup.tree, render, "presets");
     drawTree(m_data->tree, render, "items");
     if (m_data->statsAnalyzer)
-        drawTree(m_data->snapshotGroup.tree, render, "snapshots");
+        drawTree(m_data->snapshotGroup, render, "snapshots");
 }
 
 void System::update(float dt, bool enabled)

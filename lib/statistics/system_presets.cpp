@@ -27,7 +27,7 @@ void System::createPreset(const std::string& name, const LimitMap& limits,
 LimitMap& System::lendLimits(std::size_t index)
 {
     limitPresets.reserve(kMostSlots);
-    return limitPresets[index];
+    return limitPresets.at(index);
 }
 
 void System::choosePreset(std::size_t index)
