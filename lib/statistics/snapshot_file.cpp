@@ -69,10 +69,15 @@ bool readEntry(const std::string& line, SnapshotValues& values)
     return true;
 }
 
-void writeLine(std::ofstream& file, const std::string& caption, const std::string& value)
+/// Writes the line whole and flushes it. `line` lends its memory.
+void writeLine(std::ofstream& file, const std::string& caption, const std::string& value, std::string& line)
 {
-    file << caption << kDelimiter << value
-         << std::endl; // NOLINT(performance-avoid-endl): flushed line by line
+    line = caption;
+    line += kDelimiter;
+    line += value;
+    line += '\n';
+    file.write(line.data(), static_cast<std::streamsize>(line.size()));
+    file.flush();
 }
 
 } // namespace
@@ -85,12 +90,13 @@ void StatisticsAnalyzer::writeSnapshot(const std::string& relativePath, const Sn
     std::ofstream file;
     file.imbue(std::locale::classic());
     file.open(path, std::ios::out);
-    writeLine(file, "sep=", "");
-    writeLine(file, "Caption", "Value");
     std::string text;
+    std::string line;
+    writeLine(file, "sep=", "", line);
+    writeLine(file, "Caption", "Value", line);
     for (const auto& [caption, value] : values) {
         value.print(text, nullptr);
-        writeLine(file, caption, text);
+        writeLine(file, caption, text, line);
     }
 }
 
