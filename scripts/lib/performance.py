@@ -37,7 +37,7 @@ def read_rows(folder):
     rows, memory = {}, None
     for run in report["benchmarks"]:
         name, _, rest = run["run_name"].partition("/")
-        if "bytes" in run:
+        if "bytes" in run and run.get("aggregate_name") == "median":
             memory = run["bytes"]
         if run.get("aggregate_name") != "median" or not rest:
             continue
@@ -58,10 +58,11 @@ def show_time(nanoseconds):
 def print_rows(rows):
     print("| what | size | ours | by hand | ratio | aim |")
     print("|---|--:|--:|--:|--:|--:|")
-    for name, sizes in rows.items():
-        for size, times in sizes.items():
+    for name, sizes in sorted(rows.items()):
+        in_order = sorted(sizes.items(), key=lambda item: int(item[0] or 0))
+        for size, times in in_order:
             ours, hand = times["ours"], times["hand"]
-            aim = AIMS.get(name, "") if size == list(sizes)[-1] else ""
+            aim = AIMS.get(name, "") if size == in_order[-1][0] else ""
             size = f"{int(size):,}" if size else ""
             print(f"| {name} | {size} | {show_time(ours)} | {show_time(hand)} | {ours / hand:.2f} | {aim} |")
 
