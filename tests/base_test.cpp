@@ -48,10 +48,10 @@ TEST(Report, aHandlerMayReportThrowAndReplaceItself)
     test::Reports next;
     const auto fail = [] { ORV_ASSERT(!"first"); };
     statistics::ReportHandler recorder;
-    recorder = statistics::setReportHandler([&](const char*) {
+    recorder = statistics::setReportHandler([&, reason = std::string("stop")](const char*) {
         ORV_ASSERT(!"from the handler");
         statistics::setReportHandler(recorder); // destroys the function that is running
-        throw std::runtime_error("stop");
+        throw std::runtime_error(reason);
     });
     const std::string written = stderrOf([&] { EXPECT_THROW(fail(), std::runtime_error); });
     EXPECT_NE(written.find("from the handler"), std::string::npos);

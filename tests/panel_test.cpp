@@ -172,6 +172,7 @@ protected:
             const std::string number = std::to_string(i);
             const unsigned group = label(("group " + number).c_str());
             label(("leaf " + number).c_str(), group);
+            label(("deep " + number).c_str(), label(("sub " + number).c_str(), group));
             const auto value = [i] { return CounterValue(i); };
             addCounter("plain " + number, value, group);
             auto limited = std::make_unique<Counter>(0, 60, value, "", "");
@@ -182,7 +183,8 @@ protected:
         sample();
         fixHeight(4000); // all of it
         for (int i = 0; i < 60; i += 3)
-            ui.click("group " + std::to_string(i));
+            for (const char* name : {"group ", "sub "})
+                ui.click(name + std::to_string(i));
     }
 
     static const ImGuiWindow& window() { return *ImGui::FindWindowByName("Statistics"); }
@@ -227,10 +229,9 @@ TEST_F(LongPanel, scrollsAndAnswersClicksAsIfEachLineWereDrawn)
             expectSameAs(whole);
             last = window().Scroll.y;
         }
-    ui.wheel(0, -15);
-    const std::string closed = textsWith("group").at(2);
-    ui.click(closed);
-    EXPECT_EQ(ui.text("leaf " + closed.substr(6)).line, ui.text(closed).line + 1);
+    ui.wheel(0, -1000);
+    ui.click("group 58");
+    EXPECT_EQ(ui.text("leaf 58").line, ui.text("group 58").line + 1);
 }
 
 TEST_F(LongPanel, followsALineThatChangesItsHeightOutOfView)
@@ -250,6 +251,24 @@ TEST_F(LongPanel, followsALineThatChangesItsHeightOutOfView)
         ui.frames(2);
         expectSameAs(value ? high : low);
     }
+}
+
+TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
+{
+    const unsigned group = getItemIndex("group 0");
+    for (const char* leaf : {"leaf 0", "sub 0", "plain 0", "limited 0", "box 0", "odd ## box 0"})
+        system().removeItem(getItemIndex((std::string("group 0/") + leaf).c_str()));
+    fixHeight(300);
+    ui.moveTo(ui.window("Statistics").center());
+    ui.wheel(0, -10);
+    label("three\nnew\nlines", group); // with the id of a line that was lower
+    system().removeItem(1);            // the widest
+    ui.frames(3);
+    const ImVec2 extent = window().ContentSize;
+    fixHeight(4000);
+    EXPECT_TRUE(ui.read().contains("new"));
+    EXPECT_EQ(extent.x, window().ContentSize.x);
+    EXPECT_EQ(extent.y, window().ContentSize.y);
 }
 
 } // namespace

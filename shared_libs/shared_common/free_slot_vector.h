@@ -130,7 +130,7 @@ public:
 private:
     static constexpr index_type kFirstGrowth = 64;
 
-    /// The destructor of its own keeps `std::variant` from building a temporary of a small trivial element,
+    /// Without assignment, so that `std::variant` doesn't build a small trivial element aside and copy it in,
     /// which would leave the slot free when a constructor throws.
     struct Element {
         template<typename... Args>
@@ -139,7 +139,7 @@ private:
         }
         Element(Element&& other) noexcept : value(std::move(other.value)) {}
         Element& operator=(Element&&) = delete;
-        ~Element() {} // NOLINT(modernize-use-equals-default): see above
+        ~Element() = default;
 
         T value;
     };
