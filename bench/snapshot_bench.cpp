@@ -62,7 +62,8 @@ void takeOurs(benchmark::State& state)
         TestAccess::takeSnapshot();
         state.PauseTiming();
         library->removeStatsAnalyzer();
-        fs::remove_all(folder.path() + "/run");
+        for (const fs::directory_entry& file : fs::directory_iterator(folder.path() + "/run"))
+            fs::remove(file.path());
         library->createStatsAnalyzer(folder.path(), "run", nullptr);
         state.ResumeTiming();
     }

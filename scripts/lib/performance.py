@@ -73,6 +73,22 @@ def hidden_cost(rows):
     return (times["ours"] - times["hand"]) / 60600
 
 
+WHERE_LIMITS_LIE = """
+## Where an aim is out of reach, and why
+
+- *update, nothing due*, at 60,000: 15 instructions and one cache line an item, like the loop by hand, but the items
+  fill 10 MB and each slot's state stands behind its item. At 10,000, which fit the cache, the aim is kept.
+- *snapshot, take*: the writing is the same; what is left is walking the tree, calling the getters, printing the
+  values and keeping the record.
+- *snapshot, scan files*: an entry keeps a caption and a value that can be of any kind, 72 bytes against 40 by hand;
+  a million of them cost memory that the system has to hand out.
+- *memory per counter*: both stores grow by doubling, and 60,000 counters stand in 65,536 slots and their nodes in
+  102,400. By their sizes, full stores would come to about 395 bytes.
+- *remove one by one from one parent*: the ids behind the removed one move up, 2 µs at 60,000 siblings. Removing the
+  parent, or items that are the last, doesn't cost that.
+"""
+
+
 def read_numbers(folder, name):
     with open(os.path.join(folder, name), encoding="utf-8") as file:
         return [line.split() for line in file]
@@ -94,6 +110,7 @@ def main(folder):
     print(f"| the stripped library | {stripped / 1024:.0f} KiB | 250 KiB |")
     print(f"| compiling `statistics.h`, against its standard headers alone | {compiled[0] / compiled[1]:.2f} | 1.3 |")
     print("| allocations in a steady frame, update and draw (held by a test) | 0 | 0 |")
+    print(WHERE_LIMITS_LIE, end="")
     print("\n## Instructions\n")
     print("Counted by valgrind's callgrind: the same on every machine with the same compiler, so that a later change")
     print("can be held against them exactly.\n")
