@@ -4,6 +4,8 @@
 
 #include "stack_tracker.h"
 
+#include <functional>
+#include <memory>
 #include <stdexcept>
 
 namespace {

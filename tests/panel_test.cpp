@@ -5,7 +5,9 @@
 #include <imgui_internal.h>
 
 #include <cmath>
+#include <memory>
 #include <set>
+#include <tuple>
 
 namespace {
 

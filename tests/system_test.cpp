@@ -3,7 +3,10 @@
 #include "support/test_access.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <limits>
+#include <memory>
 
 namespace {
 
