@@ -205,15 +205,16 @@ public:
         }
         copyGetters(table, m_getters);
     }
+    // NOLINTNEXTLINE(bugprone-exception-escape): the item is only reached for if it is there
     ~Refresh()
     {
-        ItemTable* item = this->item();
-        if (!item)
-            return;
-        for (std::size_t row = m_row; row < item->rows.size(); ++row)
-            item->rows[row].clear();
+        if (ItemTable* item = this->item())
+            for (std::size_t row = m_row; row < item->rows.size(); ++row)
+                item->rows[row].clear();
+        // A copy may be the last to hold what the host captured, and that may call back when it goes.
         m_getters.clear();
-        item->getters = std::move(m_getters);
+        if (ItemTable* item = this->item())
+            item->getters = std::move(m_getters);
     }
     Refresh(const Refresh&) = delete;
     Refresh& operator=(const Refresh&) = delete;

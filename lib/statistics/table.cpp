@@ -158,6 +158,7 @@ void Table::runDefaultAction(std::size_t viewRow)
 }
 
 /// By value: the action may replace itself, or remove the table.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the copy is the point
 void Table::run(std::function<void(std::size_t)> action, std::size_t viewRow)
 {
     const CallScope call;

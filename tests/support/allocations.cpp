@@ -29,6 +29,12 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+{
+    ++s_allocations;
+    return std::malloc(size != 0 ? size : 1);
+}
+
 void operator delete(void* memory) noexcept
 {
     s_freed += memory ? 1 : 0;
