@@ -11,6 +11,16 @@
 
 namespace statistics {
 
+namespace {
+
+std::size_t selectedPreset(const ItemPreset& item)
+{
+    const std::function<std::size_t()> getSelected = item.getSelectedFunctor;
+    return getSelected();
+}
+
+} // namespace
+
 void Render::drawPreset(unsigned slot)
 {
     const widgets::IdScope id(static_cast<int>(itemId(ItemType::Preset, slot)));
@@ -23,12 +33,11 @@ void Render::drawPreset(unsigned slot)
 /// Pressing chooses the preset whatever the box showed: a ticked box can't be unticked.
 void Render::drawPresetCheckbox(unsigned slot)
 {
-    const ItemPreset& item = presets[slot];
-    const std::size_t index = item.index;
-    bool selected = std::function<std::size_t()>(item.getSelectedFunctor)() == index;
-    if (!widgets::checkBox(item.name, &selected))
+    const std::size_t index = presets[slot].index;
+    bool selected = selectedPreset(presets[slot]) == index;
+    if (!presets.contains(slot) || !widgets::checkBox(presets[slot].name, &selected))
         return;
-    const std::function<void(std::size_t)> select = item.selectFunctor;
+    const std::function<void(std::size_t)> select = presets[slot].selectFunctor;
     select(index);
 }
 
@@ -43,9 +52,9 @@ void Render::drawPresetButtons(unsigned slot)
     if (drawPresetButton(slot, &PresetSaveLoadParams::loadFunctor, "Load", "Load preset"))
         runPresetFunctor(slot, &PresetSaveLoadParams::loadFunctor, presets[slot].index);
     if (drawPresetButton(slot, &PresetSaveLoadParams::saveFunctor, "Save", "Save active preset"))
-        runPresetFunctor(slot, &PresetSaveLoadParams::saveFunctor, presets[slot].getSelectedFunctor());
+        runPresetFunctor(slot, &PresetSaveLoadParams::saveFunctor, selectedPreset(presets[slot]));
     if (drawPresetButton(slot, &PresetSaveLoadParams::saveAsFunctor, "Save As", "Save active preset as"))
-        runPresetFunctor(slot, &PresetSaveLoadParams::saveAsFunctor, presets[slot].getSelectedFunctor());
+        runPresetFunctor(slot, &PresetSaveLoadParams::saveAsFunctor, selectedPreset(presets[slot]));
 }
 
 /// False without such a functor, or if an earlier button's functor has removed the row.
@@ -63,11 +72,12 @@ bool Render::drawPresetButton(unsigned slot, PresetFunctor functor, const char* 
 /// Runs a functor of the row on the limits of the preset at `index`; nothing if there is no such preset.
 void Render::runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index)
 {
-    if (index >= presets.size() || !presets.contains(static_cast<unsigned>(index)))
+    if (index >= presets.size() || !presets.contains(static_cast<unsigned>(index)) || !presets.contains(slot))
         return;
     PresetSaveLoadParams& params = *presets[slot].params;
     const PresetSaveLoadParams::Functor run = params.*functor;
-    std::string text = run(presets[slot].accessPresetFunctor(index), params);
+    const std::function<LimitMap&(std::size_t)> limits = presets[slot].accessPresetFunctor;
+    std::string text = run(limits(index), params);
     params.text = std::move(text);
 }
 

@@ -21,7 +21,8 @@ using LimitMap = std::unordered_map<std::string, Limit>;
 /// library once handed to `System::createPreset`.
 ///
 /// Each functor gets a limit map and these parameters by reference, valid for the call, and returns the new
-/// `text`. It may call every operation of the library but `initialize`, `shutdown`, `update` and `draw`.
+/// `text`. It may call every operation of the library but `initialize`, `shutdown`, `update` and `draw`. It
+/// must not put other parameters in place of its own row's (`System::getPreset`).
 struct PresetSaveLoadParams {
     using Functor = std::function<std::string(LimitMap& limits, PresetSaveLoadParams& params)>;
 
