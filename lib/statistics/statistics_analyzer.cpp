@@ -2,6 +2,7 @@
 
 #include "format.h"
 #include "native_path.h"
+#include "remove_tree.h"
 
 #include <ctime>
 #include <filesystem>
@@ -125,9 +126,7 @@ void StatisticsAnalyzer::clearSnapshots()
         // Without a separator at its end: a folder that is a symbolic link loses the link, not what it points
         // to.
         const fs::path directory = toPath(Orv::orv_format("%s/%s", root.c_str(), snapshot.folder.c_str()));
-        std::error_code error;
-        fs::remove_all(directory, error);
-        throwIf(error, "remove_all", directory);
+        throwIf(removeTree(directory), "remove_all", directory);
     }
     diffTable.clear();
     snapshots.clear();
