@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <numeric>
 
-// Every functor that runs here is a copy, or belongs to an object that outlives the call: the host may add
-// columns and actions, replace them, or remove the whole table while one runs.
+// Every getter and action that runs here is a copy, and the table outlives the call: the host may add columns
+// and actions, replace them, or remove the whole table while one runs.
 
 namespace statistics {
 

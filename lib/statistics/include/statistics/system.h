@@ -27,7 +27,7 @@ namespace statistics {
 /// All calls come from one thread at a time; host functors run on that thread inside the call that reaches
 /// them. From a functor every operation may be called but `initialize`, `shutdown`, `update` and `draw`,
 /// which are reported and do nothing there; what a functor removes is destroyed when the outermost call
-/// returns. The library throws nothing of its own and catches nothing: what a functor throws reaches the
+/// returns. The library defines no exception and catches none: what a functor throws reaches the
 /// host, with ImGui's stacks balanced. Members assume that the instance exists.
 class STATISTICS_EXPORT System {
 public:

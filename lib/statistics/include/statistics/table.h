@@ -79,10 +79,11 @@ public:
     void runAction(std::size_t action, std::size_t viewRow);
     void runDefaultAction(std::size_t viewRow);
 
-    std::vector<TableColumn> m_header;       ///< columns, in display order
-    std::vector<std::size_t> m_order;        ///< view row to data row
-    std::vector<RowAction> m_rowActions;     ///< context menu, in order
-    std::function<std::size_t()> m_rowCount; ///< the host's current number of data rows; must be callable
+    std::vector<TableColumn> m_header;   ///< columns, in display order
+    std::vector<std::size_t> m_order;    ///< view row to data row
+    std::vector<RowAction> m_rowActions; ///< context menu, in order
+    /// The host's current number of data rows; must be callable, and must not be replaced while it runs.
+    std::function<std::size_t()> m_rowCount;
     std::function<void(std::size_t)> m_defaultAction; ///< runs on a double click; may be empty
     std::size_t m_sortColumn = 0;
     std::size_t m_selectedRow = NO_INDEX; ///< a view row: the selection stays in place when rows move
