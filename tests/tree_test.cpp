@@ -117,6 +117,12 @@ TEST(Tree, clearedChildrenAreOutOfReachButKeepTheirIds)
     EXPECT_EQ(forest.tree.item(2), 0x10001U);
     EXPECT_EQ(forest.add("a1", 1), 3U);
     EXPECT_EQ(forest.find("a1", 1), 3U);
+    forest.remove(2);
+    EXPECT_EQ(forest.names(), (Names{"A", "a1"}));
+    forest.tree.m_nodes.clear();
+    test::Reports reports;
+    forest.tree.draw(forest.render);
+    EXPECT_EQ(reports.take(), Names{"!m_nodes.empty()"});
 }
 
 TEST(Tree, findsEachOfThousandsOfSiblingsWhateverCameAndWent)
@@ -166,6 +172,7 @@ TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
         {[](Forest& f) { f.remove(A3), f.remove(C); }, {"A", "a1", "a2", "x", "B", "b1"}},
         {[](Forest& f) { f.remove(A); }, {"A", "a1", "a2", "B", "b1", "C"}},
         {[](Forest& f) { f.remove(A), f.remove(B), f.remove(C); }, {"A", "a1", "a2"}},
+        {[](Forest& f) { f.tree.clearChildren(A); }, {"A", "a1", "a2", "x", "B", "b1", "C"}},
         // A new node gets the id that the visitor's own, or its parent's, had.
         {[](Forest& f) { f.remove(A2), f.add("n1", f.add("n", A)); },
          {"A", "a1", "a2", "a3", "n", "n1", "B", "b1", "C"}},
