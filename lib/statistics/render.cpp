@@ -1,23 +1,15 @@
-// Pools, names, freeing, sampling and the dispatch of drawing. The drawing of each kind has a file of its
-// own.
+// Pools: creating, naming and freeing items, and reading what they show.
 
 #include "render.h"
 
 #include "assertion.h"
 #include "call_scope.h"
-#include "stack_tracker.h"
-#include "widgets.h"
-
-#include <imgui.h>
 
 #include <utility>
 
 namespace statistics {
 
 namespace {
-
-constexpr float kLayoutWidth = 850.0f; ///< of the widest item, a table
-constexpr float kPanelHeight = 600.0f; ///< at the panel's very first appearance
 
 /// Builds the element before it takes a slot: what a constructor throws leaves no slot behind.
 template<typename T>
@@ -37,18 +29,6 @@ void retire(free_slot_vector<T>& pool, unsigned slot)
     pool.erase(slot);
 }
 
-/// Advances the item's timer. The time in excess of a period is dropped.
-template<typename Item>
-bool isDue(Item& item, float dt)
-{
-    const float elapsed = dt + item.timer;
-    // Whatever isn't a number, in `dt` or in the period, makes the item due.
-    const bool waits = dt >= 0.0f && elapsed < item.period;
-    // Before the sampling: an item whose functor throws waits for its period like any other.
-    item.timer = waits ? elapsed : 0.0f;
-    return !waits;
-}
-
 /// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
 /// it reads may be gone with the counter.
 void retireCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
@@ -58,12 +38,13 @@ void retireCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
     retire(counters, slot);
 }
 
-void reportWrongType()
+} // namespace
+
+/// An id of a kind that the operation doesn't know.
+void Render::reportWrongType()
 {
     ORV_ASSERT(false && "Wrong statistics item type");
 }
-
-} // namespace
 
 unsigned Render::createLabel(const std::string& text)
 {
@@ -210,120 +191,6 @@ CounterValue Render::itemValue(unsigned id, std::size_t column)
     default:
         return {};
     }
-}
-
-void Render::update(float dt, bool enabled)
-{
-    const Orv::StackScope scope("statistics::Render::update", __FILE__, __LINE__);
-    const CallScope call;
-    if (!enabled)
-        return;
-    const auto due = [dt](auto& item) { return isDue(item, dt); };
-    for (auto slot = counters.findFrom(0, due); slot != counters.end();
-         slot = counters.findFrom(slot + 1, due))
-        updateCounter(slot);
-    for (auto slot = tables.findFrom(0, due); slot != tables.end(); slot = tables.findFrom(slot + 1, due))
-        updateTable(slot);
-}
-
-void Render::updateNode(unsigned id)
-{
-    const CallScope call;
-    switch (itemType(id)) {
-    case ItemType::Counter:
-        return updateCounter(itemSlot(id));
-    case ItemType::Table:
-        return updateTable(itemSlot(id));
-    case ItemType::Label:
-    case ItemType::Root:
-        return;
-    default:
-        reportWrongType();
-    }
-}
-
-bool Render::beginWindow()
-{
-    // Wide enough for a table at the second level of the tree, with a scrollbar beside it.
-    const ImGuiStyle& style = ImGui::GetStyle();
-    const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
-    widgets::suggestNextWindowSize(ImVec2(kLayoutWidth + frame, kPanelHeight));
-    ImGui::SetNextWindowBgAlpha(0.0f);
-    return ImGui::Begin("Statistics", &windowOpen, 0);
-}
-
-void Render::endWindow()
-{
-    ImGui::End();
-}
-
-bool Render::drawItem(unsigned id, unsigned /*depth*/, bool hasChildren)
-{
-    const unsigned slot = itemSlot(id);
-    switch (itemType(id)) {
-    case ItemType::Label:
-        return drawLabel(slot, hasChildren);
-    case ItemType::Counter:
-        return drawCounter(slot, hasChildren);
-    case ItemType::Table:
-        return drawTable(slot);
-    case ItemType::Preset:
-        drawPreset(slot);
-        return false;
-    case ItemType::Checkbox:
-        drawCheckbox(slot);
-        return false;
-    case ItemType::SnapshotControl:
-        drawSnapshotControl();
-        return false;
-    case ItemType::DiffTable:
-        drawDiffTable();
-        return false;
-    case ItemType::Root:
-        ImGui::TreePush("");
-        return true;
-    default:
-        reportWrongType();
-        return false;
-    }
-}
-
-void Render::endNode()
-{
-    ImGui::TreePop();
-}
-
-void Render::drawCheckbox(unsigned slot)
-{
-    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Checkbox, slot)));
-    ItemCheckbox& item = checkboxes[slot];
-    bool value = item.value;
-    if (!widgets::checkBox(item.name, &value))
-        return;
-    item.value = value;
-    if (const std::function<void(bool)> onChange = item.onChange)
-        onChange(value);
-}
-
-namespace {
-
-void drawButton(const char* caption, const std::function<void()>& functor)
-{
-    if (!ImGui::Button(caption, ImVec2(0.0f, 0.0f)))
-        return;
-    if (const std::function<void()> pressed = functor)
-        pressed();
-}
-
-} // namespace
-
-void Render::drawSnapshotControl()
-{
-    drawButton("Clear tree", clearTreeFunctor);
-    ImGui::SameLine(0.0f, -1.0f);
-    drawButton("Take snapshot", takeSnapshotFunctor);
-    ImGui::SameLine(0.0f, -1.0f);
-    drawButton("Save diff", saveDiffFunctor);
 }
 
 } // namespace statistics

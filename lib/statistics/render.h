@@ -86,6 +86,8 @@ public:
 private:
     class Refresh;
 
+    static void reportWrongType();
+
     void updateCounter(unsigned slot);
     void showValue(ItemCounter& item, const CounterValue& value);
     void updateTable(unsigned slot);

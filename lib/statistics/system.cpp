@@ -5,11 +5,6 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "clipboard.h"
-#include "running_imgui.h"
-#include "stack_tracker.h"
-#include "widgets.h"
-
-#include <imgui.h>
 
 #include <algorithm>
 #include <string_view>
@@ -31,56 +26,11 @@ struct ExitGuard {
 
 const ExitGuard s_exitGuard; // behind s_system, so it is destroyed first
 
-bool isOutsideFunctors()
-{
-    return ORV_ASSERT_MESSAGE(!CallScope::active(),
-                              "A functor must not call initialize, shutdown, update or draw.");
-}
-
-/// Looked at once in the process, at the first draw: it can't change.
-bool canDrawIntoRunningImGui()
-{
-    static const bool fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
-                                                "The running Dear ImGui isn't " IMGUI_VERSION
-                                                " as the library was compiled with: nothing is drawn.");
-    return fits;
-}
-
-/// A host that draws at the wrong moment is told, and goes on.
-bool canDrawNow()
-{
-    return ORV_ASSERT_MESSAGE(ImGui::GetCurrentContext(), "There is no ImGui context.") &&
-           canDrawIntoRunningImGui() &&
-           ORV_ASSERT_MESSAGE(widgets::isInsideFrame(), "The panel is drawn between NewFrame and Render.");
-}
-
-/// Closes the panel's window, collapsed or not.
-class [[nodiscard]] WindowScope {
-public:
-    explicit WindowScope(Render& render) : visible(render.beginWindow()), m_render(render) {}
-    ~WindowScope() { m_render.endWindow(); }
-    WindowScope(const WindowScope&) = delete;
-    WindowScope& operator=(const WindowScope&) = delete;
-
-    const bool visible;
-
-private:
-    Render& m_render;
-};
-
-/// Each tree has an identity of its own: a host's item "Presets" opens by itself.
-template<typename Tree>
-void drawTree(Tree& tree, Render& render, const char* id)
-{
-    const widgets::IdScope scope(id);
-    tree.draw(render);
-}
-
 } // namespace
 
 void System::initialize()
 {
-    if (!isOutsideFunctors())
+    if (!Data::isOutsideFunctors())
         return;
     ORV_ASSERT(System::Data::s_system == nullptr);
     Data::s_system = std::unique_ptr<System>(new System);
@@ -88,7 +38,7 @@ void System::initialize()
 
 void System::shutdown()
 {
-    if (!isOutsideFunctors())
+    if (!Data::isOutsideFunctors())
         return;
     ORV_ASSERT(System::Data::s_system != nullptr);
     const std::unique_ptr<System> last = std::move(Data::s_system);
@@ -99,32 +49,19 @@ System* System::instance()
     return Data::s_system.get();
 }
 
+bool System::Data::isOutsideFunctors()
+{
+    return ORV_ASSERT_MESSAGE(!CallScope::active(),
+                              "A functor must not call initialize, shutdown, update or draw.");
+}
+
 System::System() : m_data(std::make_unique<Data>()) {}
 
 System::~System() = default;
 
-void System::draw()
-{
-    if (!isOutsideFunctors())
-        return;
-    const Orv::StackScope scope("statistics::System::draw", __FILE__, __LINE__);
-    const CallScope call;
-    Render& render = m_data->render;
-    if (!render.windowOpen || !canDrawNow())
-        return;
-    const WindowScope window(render);
-    if (!window.visible)
-        return;
-    if (!limitPresets.empty())
-        drawTree(m_data->presetGroup.tree, render, "presets");
-    drawTree(m_data->tree, render, "items");
-    if (m_data->statsAnalyzer)
-        drawTree(m_data->snapshotGroup, render, "snapshots");
-}
-
 void System::update(float dt, bool enabled)
 {
-    if (isOutsideFunctors())
+    if (Data::isOutsideFunctors())
         m_data->render.update(dt, enabled);
 }
 

@@ -28,6 +28,8 @@ struct System::Data {
         return item == INVALID_ID ? INVALID_ID : tree.addChild(item, parent);
     }
 
+    /// False, with a report, inside a functor: what moves the whole `System` on can't be called there.
+    static bool isOutsideFunctors();
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
 

@@ -87,35 +87,4 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
     return open;
 }
 
-/// The item, unless a functor has removed it or put another one in its place.
-ItemCounter* Render::counterItem(unsigned slot, const Counter& counter)
-{
-    const bool same = counters.contains(slot) && counters[slot].counter.get() == &counter;
-    return same ? &counters[slot] : nullptr;
-}
-
-void Render::updateCounter(unsigned slot)
-{
-    Counter& counter = *counters[slot].counter;
-    const CounterValue value = counter.getter();
-    if (ItemCounter* item = counterItem(slot, counter))
-        showValue(*item, value);
-    // Removed counters have no limits left: their getters aren't called again.
-    if (!counter.hasLimits)
-        return;
-    CounterValue judged = counter.getter();
-    const float weight = judged.weight(counter.min, counter.max);
-    if (ItemCounter* item = counterItem(slot, counter))
-        item->weight = weight;
-}
-
-void Render::showValue(ItemCounter& item, const CounterValue& value)
-{
-    value.print(item.valueText, orNull(item.counter->format));
-    const auto breaks = std::count(item.valueText.begin(), item.valueText.end(), '\n');
-    if (breaks != item.lineBreaks)
-        ++layoutGeneration;
-    item.lineBreaks = breaks;
-}
-
 } // namespace statistics

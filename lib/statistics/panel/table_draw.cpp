@@ -108,13 +108,6 @@ void applyWidths(const widgets::ColumnsScope& columns, const Table& table)
 
 } // namespace
 
-/// The item, unless a functor has removed it or put another one in its place.
-ItemTable* Render::tableItem(unsigned slot, const Table& table)
-{
-    const bool same = tables.contains(slot) && tables[slot].table.get() == &table;
-    return same ? &tables[slot] : nullptr;
-}
-
 bool Render::drawTable(unsigned slot)
 {
     Table& table = *tables[slot].table;
@@ -177,87 +170,6 @@ void Render::drawTableMenu(unsigned slot, Table& table)
         entry = clickedEntry(tables[slot]);
     if (entry != NO_INDEX)
         table.runAction(entry, table.m_selectedRow);
-}
-
-namespace {
-
-/// Copies, because a getter may change the table's columns while it runs.
-void copyGetters(const Table& table, ItemTable::Getters& getters)
-{
-    getters.clear();
-    for (const TableColumn& column : table.m_header)
-        getters.push_back(column.getter);
-}
-
-} // namespace
-
-/// One refresh: the memory of the getters' copies comes from the item and goes back to it, and rows that
-/// weren't read, for an exception or for want of columns, are empty instead of old.
-class Render::Refresh {
-public:
-    Refresh(Render& render, unsigned slot, Table& table)
-        : m_render(render), m_slot(slot), m_table(table), m_count(table.m_rowCount())
-    {
-        if (ItemTable* item = this->item()) {
-            m_getters = std::exchange(item->getters, {});
-            item->rows.resize(m_count);
-            item->uniformRows = true;
-        }
-        copyGetters(table, m_getters);
-    }
-    // NOLINTNEXTLINE(bugprone-exception-escape): the item is only reached for if it is there
-    ~Refresh()
-    {
-        if (ItemTable* item = this->item())
-            for (std::size_t row = m_row; row < item->rows.size(); ++row)
-                item->rows[row].clear();
-        // A copy may be the last to hold what the host captured, and that may call back when it goes.
-        m_getters.clear();
-        if (ItemTable* item = this->item())
-            item->getters = std::move(m_getters);
-    }
-    Refresh(const Refresh&) = delete;
-    Refresh& operator=(const Refresh&) = delete;
-
-    void readRows()
-    {
-        for (; m_row < m_count && !m_getters.empty(); ++m_row)
-            for (std::size_t column = 0; column < m_getters.size(); ++column)
-                if (!readCell(column))
-                    return;
-    }
-
-private:
-    ItemTable* item() { return m_render.tableItem(m_slot, m_table); }
-
-    /// False if a functor has removed the table, or taken the row away by a refresh of its own.
-    bool readCell(std::size_t column)
-    {
-        const std::size_t dataRow = m_table.dataRow(m_row);
-        const bool exists = dataRow != NO_INDEX && column < m_table.m_header.size();
-        const CounterValue value = exists ? m_getters[column](dataRow) : CounterValue(std::string());
-        ItemTable* item = this->item();
-        if (!item || m_row >= item->rows.size())
-            return false;
-        std::vector<std::string>& cells = item->rows[m_row];
-        cells.resize(m_getters.size());
-        m_table.printCell(cells[column], column, value);
-        item->uniformRows = item->uniformRows && cells[column].find('\n') == std::string::npos;
-        return true;
-    }
-
-    Render& m_render;
-    unsigned m_slot;
-    Table& m_table;
-    ItemTable::Getters m_getters;
-    std::size_t m_count;
-    std::size_t m_row = 0;
-};
-
-void Render::updateTable(unsigned slot)
-{
-    const CallScope call;
-    Refresh(*this, slot, *tables[slot].table).readRows();
 }
 
 } // namespace statistics

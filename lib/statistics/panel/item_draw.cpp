@@ -1,0 +1,102 @@
+// The panel's window, and the dispatch of drawing: each kind of item has a source of its own, but for the
+// small ones here.
+
+#include "render.h"
+#include "widgets.h"
+
+#include <imgui.h>
+
+namespace statistics {
+
+namespace {
+
+constexpr float kLayoutWidth = 850.0f; ///< of the widest item, a table
+constexpr float kPanelHeight = 600.0f; ///< at the panel's very first appearance
+
+} // namespace
+
+bool Render::beginWindow()
+{
+    // Wide enough for a table at the second level of the tree, with a scrollbar beside it.
+    const ImGuiStyle& style = ImGui::GetStyle();
+    const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
+    widgets::suggestNextWindowSize(ImVec2(kLayoutWidth + frame, kPanelHeight));
+    ImGui::SetNextWindowBgAlpha(0.0f);
+    return ImGui::Begin("Statistics", &windowOpen, 0);
+}
+
+void Render::endWindow()
+{
+    ImGui::End();
+}
+
+bool Render::drawItem(unsigned id, unsigned /*depth*/, bool hasChildren)
+{
+    const unsigned slot = itemSlot(id);
+    switch (itemType(id)) {
+    case ItemType::Label:
+        return drawLabel(slot, hasChildren);
+    case ItemType::Counter:
+        return drawCounter(slot, hasChildren);
+    case ItemType::Table:
+        return drawTable(slot);
+    case ItemType::Preset:
+        drawPreset(slot);
+        return false;
+    case ItemType::Checkbox:
+        drawCheckbox(slot);
+        return false;
+    case ItemType::SnapshotControl:
+        drawSnapshotControl();
+        return false;
+    case ItemType::DiffTable:
+        drawDiffTable();
+        return false;
+    case ItemType::Root:
+        ImGui::TreePush("");
+        return true;
+    default:
+        reportWrongType();
+        return false;
+    }
+}
+
+void Render::endNode()
+{
+    ImGui::TreePop();
+}
+
+void Render::drawCheckbox(unsigned slot)
+{
+    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Checkbox, slot)));
+    ItemCheckbox& item = checkboxes[slot];
+    bool value = item.value;
+    if (!widgets::checkBox(item.name, &value))
+        return;
+    item.value = value;
+    if (const std::function<void(bool)> onChange = item.onChange)
+        onChange(value);
+}
+
+namespace {
+
+void drawButton(const char* caption, const std::function<void()>& functor)
+{
+    if (!ImGui::Button(caption, ImVec2(0.0f, 0.0f)))
+        return;
+    if (const std::function<void()> pressed = functor)
+        pressed();
+}
+
+} // namespace
+
+void Render::drawSnapshotControl()
+{
+    drawButton("Clear tree", clearTreeFunctor);
+    ImGui::SameLine(0.0f, -1.0f);
+    drawButton("Take snapshot", takeSnapshotFunctor);
+    ImGui::SameLine(0.0f, -1.0f);
+    drawButton("Save diff", saveDiffFunctor);
+}
+
+} // namespace statistics

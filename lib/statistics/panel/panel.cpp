@@ -1,0 +1,77 @@
+// The panel: whether the host's frame can be drawn into, the window, and the order of the trees in it.
+
+#include "system_data.h"
+
+#include "assertion.h"
+#include "call_scope.h"
+#include "running_imgui.h"
+#include "stack_tracker.h"
+#include "widgets.h"
+
+#include <imgui.h>
+
+namespace statistics {
+
+namespace {
+
+/// Looked at once in the process, at the first draw: it can't change.
+bool canDrawIntoRunningImGui()
+{
+    static const bool fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
+                                                "The running Dear ImGui isn't " IMGUI_VERSION
+                                                " as the library was compiled with: nothing is drawn.");
+    return fits;
+}
+
+/// A host that draws at the wrong moment is told, and goes on.
+bool canDrawNow()
+{
+    return ORV_ASSERT_MESSAGE(ImGui::GetCurrentContext(), "There is no ImGui context.") &&
+           canDrawIntoRunningImGui() &&
+           ORV_ASSERT_MESSAGE(widgets::isInsideFrame(), "The panel is drawn between NewFrame and Render.");
+}
+
+/// Closes the panel's window, collapsed or not.
+class [[nodiscard]] WindowScope {
+public:
+    explicit WindowScope(Render& render) : visible(render.beginWindow()), m_render(render) {}
+    ~WindowScope() { m_render.endWindow(); }
+    WindowScope(const WindowScope&) = delete;
+    WindowScope& operator=(const WindowScope&) = delete;
+
+    const bool visible;
+
+private:
+    Render& m_render;
+};
+
+/// Each tree has an identity of its own: a host's item "Presets" opens by itself.
+template<typename Tree>
+void drawTree(Tree& tree, Render& render, const char* id)
+{
+    const widgets::IdScope scope(id);
+    tree.draw(render);
+}
+
+} // namespace
+
+void System::draw()
+{
+    if (!Data::isOutsideFunctors())
+        return;
+    const Orv::StackScope scope("statistics::System::draw", __FILE__, __LINE__);
+    const CallScope call;
+    Render& render = m_data->render;
+    if (!render.windowOpen || !canDrawNow())
+        return;
+    const WindowScope window(render);
+    if (!window.visible)
+        return;
+    if (!limitPresets.empty())
+        drawTree(m_data->presetGroup.tree, render, "presets");
+    drawTree(m_data->tree, render, "items");
+    if (m_data->statsAnalyzer)
+        drawTree(m_data->snapshotGroup, render, "snapshots");
+}
+
+} // namespace statistics
