@@ -176,19 +176,4 @@ void System::addTableCliboardAction(unsigned id)
                          [table](std::size_t row) { setClipboardText(table->rowText(row)); });
 }
 
-std::list<std::string> System::collectWarnings() const
-{
-    std::list<std::string> warnings;
-    const Tree& tree = m_data->tree;
-    Render& render = m_data->render;
-    tree.forEachNode([&](unsigned id) {
-        Counter* counter = render.getCounter(tree.item(id));
-        // A getter may have removed the item: then there is nothing left to warn about.
-        if (counter && !counter->withinLimits() && tree.contains(id) &&
-            render.getCounter(tree.item(id)) == counter)
-            warnings.push_back(tree.path(id, render));
-    });
-    return warnings;
-}
-
 } // namespace statistics

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace statistics {
 
@@ -30,6 +31,30 @@ struct System::Data {
 
     /// False, with a report, inside a functor: what moves the whole `System` on can't be called there.
     static bool isOutsideFunctors();
+    /// Calls `visit(id, counter)` for every counter, in tree order. It may run functors: a counter that is
+    /// removed meanwhile keeps its ground until the walk is over.
+    template<typename Visit>
+    void forEachCounter(const Visit& visit)
+    {
+        tree.forEachNode([&](unsigned id) {
+            if (Counter* counter = render.getCounter(tree.item(id)))
+                visit(id, *counter);
+        });
+    }
+    /// Calls `visit(id, path, counter, value)` with the value that the getter gives now. A getter that
+    /// removes its own counter is still visited: its value was read.
+    template<typename Visit>
+    void readCounters(const Visit& visit)
+    {
+        forEachCounter([&](unsigned id, Counter& counter) {
+            std::string path = tree.path(id, render);
+            CounterValue value = counter.getter();
+            visit(id, std::move(path), counter, std::move(value));
+        });
+    }
+    /// True if the node still shows this counter.
+    bool holds(unsigned id, const Counter& counter);
+
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
 

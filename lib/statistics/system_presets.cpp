@@ -53,6 +53,11 @@ void System::clearPresets()
     render.clearPresets();
 }
 
+std::size_t System::getActivePreset() const
+{
+    return activePreset;
+}
+
 ItemPreset& System::getPreset(unsigned slot)
 {
     return m_data->render.getPreset(slot);

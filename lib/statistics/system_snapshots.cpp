@@ -53,15 +53,9 @@ const DiffTable& System::getDiffTable()
 void System::takeSnapshot()
 {
     SnapshotValues values;
-    const Tree& tree = m_data->tree;
-    Render& render = m_data->render;
-    values.reserve(render.counters.size());
-    PathTrail trail;
-    tree.forEachNode([&](unsigned id) {
-        const unsigned item = tree.item(id);
-        const std::string& path = trail.enter(tree.depth(id), render.itemName(item));
-        if (render.itemType(item) == ItemType::Counter)
-            values.emplace_back(path, render.itemValue(item, 0));
+    values.reserve(m_data->render.counters.size());
+    m_data->readCounters([&](unsigned, std::string path, const Counter&, CounterValue value) {
+        values.emplace_back(std::move(path), std::move(value));
     });
     // A getter may have dropped the store.
     if (!m_data->statsAnalyzer)

@@ -159,24 +159,4 @@ void Tree::visitBelow(unsigned parent, const Visit& visit) const
     }
 }
 
-/// Builds the paths of nodes that come in the order of a walk.
-class PathTrail {
-public:
-    /// The names from the first level down to this node, joined by "/". Good until the next call.
-    const std::string& enter(unsigned depth, const std::string& name)
-    {
-        m_ends.resize(depth, 0);
-        m_path.resize(depth > 1 ? m_ends[depth - 2] : 0);
-        if (!m_path.empty())
-            m_path += '/';
-        m_path += name;
-        m_ends[depth - 1] = m_path.size();
-        return m_path;
-    }
-
-private:
-    std::string m_path;
-    std::vector<std::size_t> m_ends; ///< of the path at each depth, down to the present one
-};
-
 } // namespace statistics

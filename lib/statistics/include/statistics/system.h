@@ -4,6 +4,7 @@
 #include <statistics/diff_table.h>
 #include <statistics/export.h>
 #include <statistics/preset.h>
+#include <statistics/reading.h>
 #include <statistics/table.h>
 #include <statistics/value.h>
 
@@ -62,6 +63,8 @@ public:
     /// The node of a path, names joined by "/" from the top level down; `INVALID_ID` if there is none. A name
     /// that holds a "/" can't be reached.
     unsigned getItemIndex(const std::string& path) const;
+    /// The names from the top level down to the node, joined by "/". Empty for the root and for a stale id.
+    std::string path(unsigned id) const;
 
     /// A line of text that groups what is below it.
     unsigned createLabel(const std::string& name, unsigned parent = 0);
@@ -97,6 +100,9 @@ public:
 
     /// The paths of all counters that are outside their limits now, in tree order. Reads live values.
     std::list<std::string> collectWarnings() const;
+    /// Reads every counter now, outside its period, in tree order, and hands it to `visit`. Runs the
+    /// counters' getters; they and `visit` may create and remove items. An empty `visit` reads nothing.
+    void forEachCounter(const std::function<void(const CounterReading&)>& visit) const;
 
     /// Adds a preset, a named set of limits; the limits are copied. Presets stand on top of the panel.
     /// Nothing becomes active by it.
@@ -107,6 +113,9 @@ public:
     void choosePreset(std::size_t index);
     /// Removes all presets. Counters keep their limits.
     void clearPresets();
+    /// The preset whose limits are in force, `NO_INDEX` before the first choice. Clearing the presets leaves
+    /// the index as it is.
+    std::size_t getActivePreset() const;
     /// The row of a preset, by index; valid until presets come or go. One out of range is reported and throws
     /// `std::bad_variant_access`.
     ItemPreset& getPreset(unsigned slot);

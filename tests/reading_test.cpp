@@ -1,0 +1,82 @@
+// What code reads: every counter with its path and limits, the path of an item, the preset in force.
+#include "support/counter_panel.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using statistics::CounterReading;
+using statistics::CounterValue;
+using statistics::INVALID_ID;
+using statistics::NO_INDEX;
+
+class Reading : public test::CounterPanel {
+protected:
+    static std::string describe(const CounterReading& reading)
+    {
+        const std::string value = reading.value.toString(nullptr);
+        const std::string limits =
+            reading.min ? " in " + reading.min->toString(nullptr) + ".." + reading.max->toString(nullptr)
+                        : "";
+        return reading.path + " = " + value + limits + (reading.outside ? " outside" : "");
+    }
+
+    static std::vector<std::string> all()
+    {
+        std::vector<std::string> readings;
+        system().forEachCounter([&](const CounterReading& reading) {
+            EXPECT_EQ(system().getItemIndex(reading.path), reading.id) << reading.path;
+            readings.push_back(describe(reading));
+        });
+        return readings;
+    }
+};
+
+TEST_F(Reading, visitsEveryCounterInTreeOrderWithItsValueOfNow)
+{
+    int value = 0;
+    const unsigned group = system().createLabel("Group");
+    add("Last", Counter([] { return CounterValue(std::string("north")); }));
+    add("Below", limited(1, 10, [&] { return CounterValue(value); }), group, 1000);
+    system().createTable(
+        "Table", [] { return 3; }, 1, group);
+    EXPECT_EQ(all(), (std::vector<std::string>{"Group/Below = 0 in 1..10 outside", "Last = north"}));
+    value = 10;
+    EXPECT_EQ(all(), (std::vector<std::string>{"Group/Below = 10 in 1..10", "Last = north"}));
+    system().forEachCounter({});
+}
+
+TEST_F(Reading, goesOnWhenGettersAndVisitorsRemoveWhatTheyStandOn)
+{
+    add("Removes itself", Counter([] {
+            system().removeItem(system().getItemIndex("Removes itself"));
+            return CounterValue(1);
+        }));
+    add("First", Counter([] { return CounterValue(2); }));
+    add("Second", Counter([] { return CounterValue(3); }));
+    std::vector<std::string> paths;
+    system().forEachCounter([&](const CounterReading& reading) {
+        system().removeItem(reading.id);
+        system().removeItem(system().getItemIndex("Second"));
+        paths.push_back(reading.path);
+    });
+    EXPECT_EQ(paths, (std::vector<std::string>{"Removes itself", "First"}));
+}
+
+TEST_F(Reading, namesItemsByPathAndThePresetInForce)
+{
+    const unsigned inner = system().createLabel("Inner", system().createLabel("Outer"));
+    EXPECT_EQ(system().path(inner), "Outer/Inner");
+    system().removeItem(inner);
+    for (const unsigned none : {0U, inner, INVALID_ID})
+        EXPECT_EQ(system().path(none), "") << none;
+
+    EXPECT_EQ(system().getActivePreset(), NO_INDEX);
+    system().createPreset("Only", {});
+    EXPECT_EQ(system().getActivePreset(), NO_INDEX);
+    system().choosePreset(0);
+    EXPECT_EQ(system().getActivePreset(), 0U);
+}
+
+} // namespace
