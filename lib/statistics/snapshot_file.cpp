@@ -1,20 +1,14 @@
-// One snapshot as a text file: a "sep=" line, a header line, then caption, tab and value per line. Bytes go
-// out as the strings hold them; numbers have a point whatever the host's locale. Every line is flushed on its
-// own, so that a crash of the host leaves whole lines.
+// Reading, and what failed in it in words. Numbers have a point whatever the host's locale.
 
-#include "statistics_analyzer.h"
+#include "snapshot_file.h"
 
-#include "format.h"
+#include "native_file.h"
 #include "native_path.h"
 
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <locale>
-#include <string>
-#include <system_error>
+#include <utility>
 
 #if defined(__APPLE__) || defined(__FreeBSD__)
 #include <xlocale.h>
@@ -24,7 +18,75 @@ namespace statistics {
 
 namespace {
 
-constexpr char kDelimiter = '\t';
+constexpr std::size_t kChunk = std::size_t{1} << 16u; ///< bytes read at once
+
+/// Gives the lines of a file one by one, and holds no more of it than a line and a chunk.
+class LineReader {
+public:
+    explicit LineReader(const NativeFile& file) : m_file(file) {}
+
+    /// Goes on to the next line. False at the end of the file, on an error, and at a line that is too long.
+    bool next();
+    std::string_view line() const { return m_line; } ///< good until `next`
+    std::size_t number() const { return m_number; }  ///< of the line that was last looked at
+    bool ended() const { return m_ended; }           ///< the line has a line end
+    bool tooLong() const { return m_tooLong; }
+    const std::error_code& error() const { return m_error; }
+
+private:
+    std::string_view rest() const { return {m_buffer.data() + m_begin, m_end - m_begin}; }
+    bool take(std::size_t length, bool ended);
+    bool fill();
+
+    const NativeFile& m_file;
+    std::string m_buffer;
+    std::size_t m_begin = 0; ///< bytes from here to `m_end` are yet to be given out
+    std::size_t m_end = 0;
+    std::string_view m_line;
+    std::size_t m_number = 0;
+    bool m_ended = true;
+    bool m_tooLong = false;
+    std::error_code m_error;
+};
+
+bool LineReader::next()
+{
+    std::size_t searched = 0;
+    while (searched <= kLongestSnapshotLine) {
+        const std::size_t length = rest().find('\n', searched);
+        if (length != std::string_view::npos)
+            return take(length, true);
+        searched = rest().size();
+        if (!fill())
+            return searched > 0 && take(searched, false);
+    }
+    return take(searched, false);
+}
+
+bool LineReader::take(std::size_t length, bool ended)
+{
+    ++m_number;
+    m_line = rest().substr(0, length);
+    m_begin += length + (ended ? 1 : 0);
+    m_ended = ended;
+    m_tooLong = length > kLongestSnapshotLine;
+    if (!m_line.empty() && m_line.back() == '\r')
+        m_line.remove_suffix(1);
+    return !m_tooLong && !m_error;
+}
+
+/// Reads on behind the bytes that are left. False if there is no more.
+bool LineReader::fill()
+{
+    std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_begin),
+              m_buffer.begin() + static_cast<std::ptrdiff_t>(m_end), m_buffer.begin());
+    m_end -= std::exchange(m_begin, 0);
+    if (m_buffer.size() < m_end + kChunk)
+        m_buffer.resize(m_end + kChunk);
+    const std::size_t count = m_file.read(m_buffer.data() + m_end, kChunk, m_error);
+    m_end += count;
+    return count > 0;
+}
 
 /// `strtof` with the point of the "C" locale. Text that doesn't begin with a number gives zero.
 float parseFloat(const char* text)
@@ -49,69 +111,108 @@ float parseFloat(const char* text)
 #endif
 }
 
-bool isWhiteSpace(char character)
+/// Without the white space before and behind the first word, whatever the locale.
+std::string_view firstWord(std::string_view text)
 {
-    return character == ' ' || (character >= '\t' && character <= '\r');
+    constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
+    return text.substr(0, text.find_first_of(kWhiteSpace));
 }
 
-/// Appends the entry that a line holds. False if the line has no tab, or nothing but white space behind it.
-bool readEntry(const std::string& line, SnapshotValues& values)
+/// How it ended where the lines did.
+ESnapshotRead endOf(const LineReader& lines)
 {
-    const std::size_t tab = line.find(kDelimiter);
-    if (tab == std::string::npos)
-        return false;
-    const auto token =
-        std::find_if_not(line.begin() + static_cast<std::ptrdiff_t>(tab), line.end(), isWhiteSpace);
-    if (token == line.end())
-        return false;
-    // A number never holds white space, so it ends with its token at the latest.
-    values.emplace_back(std::string(line, 0, tab), parseFloat(&*token));
-    return true;
+    if (lines.error())
+        return ESnapshotRead::Unreadable;
+    if (lines.tooLong())
+        return ESnapshotRead::LineTooLong;
+    return lines.ended() ? ESnapshotRead::Whole : ESnapshotRead::Cut;
 }
 
-/// Writes the line whole and flushes it. `line` lends its memory.
-void writeLine(std::ofstream& file, const std::string& caption, const std::string& value, std::string& line)
+ESnapshotRead readHead(LineReader& lines, ESnapshotHead head)
 {
-    line = caption;
-    line += kDelimiter;
-    line += value;
-    line += '\n';
-    file.write(line.data(), static_cast<std::streamsize>(line.size()));
-    file.flush();
+    for (const std::string_view expected : kSnapshotHead) {
+        if (lines.next() && (head == ESnapshotHead::Any || lines.line() == expected))
+            continue;
+        return head == ESnapshotHead::Any || lines.error() ? endOf(lines) : ESnapshotRead::NoSnapshot;
+    }
+    return ESnapshotRead::Whole;
+}
+
+ESnapshotRead visitLines(LineReader& lines, const std::function<bool(const SnapshotLine&)>& visit)
+{
+    while (lines.next()) {
+        const std::string_view line = lines.line();
+        const std::size_t tab = line.find(kSnapshotDelimiter);
+        if (tab == std::string_view::npos)
+            return lines.ended() ? ESnapshotRead::Malformed : ESnapshotRead::Cut;
+        if (!visit({lines.number(), line.substr(0, tab), line.substr(tab + 1), lines.ended()}))
+            return ESnapshotRead::Stopped;
+    }
+    return endOf(lines);
+}
+
+SnapshotReading visitFile(const NativeFile& file, ESnapshotHead head,
+                          const std::function<bool(const SnapshotLine&)>& visit)
+{
+    LineReader lines(file);
+    ESnapshotRead end = readHead(lines, head);
+    if (end == ESnapshotRead::Whole)
+        end = visitLines(lines, visit);
+    return {end, lines.number(), lines.error()};
 }
 
 } // namespace
 
-void StatisticsAnalyzer::writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const
+SnapshotReading visitSnapshotFile(const std::string& path, ESnapshotHead head,
+                                  const std::function<bool(const SnapshotLine&)>& visit)
 {
-    const std::filesystem::path path = toPath(Orv::orv_format("%s/%s", root.c_str(), relativePath.c_str()));
-    std::error_code ignored; // the open that follows fails, too
-    std::filesystem::create_directories(path.parent_path(), ignored);
-    std::ofstream file;
-    file.imbue(std::locale::classic());
-    file.open(path, std::ios::out);
-    std::string text;
-    std::string line;
-    writeLine(file, "sep=", "", line);
-    writeLine(file, "Caption", "Value", line);
-    for (const auto& [caption, value] : values) {
-        value.print(text, nullptr);
-        writeLine(file, caption, text, line);
-    }
+    std::error_code error;
+    const NativeFile file = NativeFile::open(toPath(path), error);
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+        return {ESnapshotRead::Missing, 0, error};
+    if (error)
+        return {ESnapshotRead::Unreadable, 0, error};
+    if (!file.isRegular())
+        return {ESnapshotRead::NotRegular, 0, {}};
+    return visitFile(file, head, visit);
 }
 
-SnapshotValues StatisticsAnalyzer::readSnapshot(const std::string& path)
+SnapshotReading readSnapshotFile(const std::string& path, SnapshotValues& values)
 {
-    SnapshotValues values;
-    std::ifstream file;
-    file.imbue(std::locale::classic());
-    file.open(toPath(path), std::ios::in);
-    std::string line;
-    std::getline(file, line); // "sep="
-    std::getline(file, line); // the header
-    while (std::getline(file, line) && readEntry(line, values)) {
+    std::string word;
+    return visitSnapshotFile(path, ESnapshotHead::Any, [&](const SnapshotLine& line) {
+        word = firstWord(line.value);
+        if (!word.empty())
+            values.emplace_back(line.caption, parseFloat(word.c_str()));
+        return !word.empty();
+    });
+}
+
+std::string describe(const SnapshotReading& reading)
+{
+    const std::string line = "line " + std::to_string(reading.line);
+    switch (reading.end) {
+    case ESnapshotRead::Whole:
+        return "read to its end";
+    case ESnapshotRead::Stopped:
+        return "read as far as " + line;
+    case ESnapshotRead::Missing:
+        return "there is no such file";
+    case ESnapshotRead::NotRegular:
+        return "not a regular file";
+    case ESnapshotRead::Unreadable:
+        return "it can't be read: " + reading.error.message();
+    case ESnapshotRead::NoSnapshot:
+        return "no snapshot: it doesn't begin as one";
+    case ESnapshotRead::Malformed:
+        return line + " has no tab";
+    case ESnapshotRead::Cut:
+        return "cut in " + line;
+    case ESnapshotRead::LineTooLong:
+        return line + " is longer than 1 MiB";
     }
-    return values;
+    return {};
 }
 
 } // namespace statistics

@@ -120,6 +120,19 @@ void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)
     snapshots.push_back({snapshots.size(), name, folder, std::move(values)});
 }
 
+SnapshotWriting StatisticsAnalyzer::writeSnapshot(const std::string& relativePath,
+                                                  const SnapshotValues& values) const
+{
+    return writeSnapshotFile(root, relativePath, values);
+}
+
+SnapshotValues StatisticsAnalyzer::readSnapshot(const std::string& path)
+{
+    SnapshotValues values;
+    readSnapshotFile(path, values);
+    return values;
+}
+
 void StatisticsAnalyzer::clearSnapshots()
 {
     for (const Snapshot& snapshot : snapshots) {

@@ -1,18 +1,15 @@
 #pragma once
 
+#include "snapshot_file.h"
+
 #include <statistics/diff_table.h>
-#include <statistics/value.h>
 
 #include <cstddef>
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace statistics {
-
-/// The entries of a snapshot: the path of a counter and its value.
-using SnapshotValues = std::vector<std::pair<std::string, CounterValue>>;
 
 /// The store of snapshots: what lies on disk under `root`, the records of it in memory, and the comparison.
 ///
@@ -49,9 +46,8 @@ public:
     void addToDiff(std::size_t index);
     void removeFromDiff(std::size_t index);
 
-    /// Writes a file under `root`, with the directories that are missing. `relativePath` is
-    /// `<folder>/<name>`.
-    void writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const;
+    /// Writes a file under `root` (`writeSnapshotFile`). `relativePath` is `<folder>/<name>`.
+    SnapshotWriting writeSnapshot(const std::string& relativePath, const SnapshotValues& values) const;
     /// The entries that could be read, all `Decimal`. `path` is the complete path.
     static SnapshotValues readSnapshot(const std::string& path);
 

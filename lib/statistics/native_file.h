@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace statistics {
+
+/// An open file of text, with the platform's line ends: on Windows CR LF outside is LF here. Closed at the
+/// end of its life at the latest. No call waits for another process, throws or writes anywhere else than
+/// told.
+class [[nodiscard]] NativeFile {
+public:
+    /// Opens for reading, through links. A pipe or device is opened, too, without waiting: `isRegular` tells.
+    static NativeFile open(const std::filesystem::path& path, std::error_code& error);
+    /// Makes a file that wasn't there, for writing. What stands at the name, a link included, is an error.
+    static NativeFile create(const std::filesystem::path& path, std::error_code& error);
+    NativeFile(NativeFile&& other) noexcept;
+    NativeFile& operator=(NativeFile&&) = delete;
+    ~NativeFile();
+
+    bool isRegular() const;
+    /// The bytes read into `buffer`, 0 at the end of the file and on an error.
+    std::size_t read(char* buffer, std::size_t size, std::error_code& error) const;
+    void write(std::string_view bytes, std::error_code& error) const;
+    /// Tells of what could not be written after all. Nothing may follow.
+    void close(std::error_code& error);
+
+    /// Marks the file as being worked on by this process until it is closed, at the latest when the process
+    /// ends. On Windows every open file is marked.
+    void claim() const;
+    /// Deletes a file that no process works on. That it can't be deleted is no error.
+    static void removeUnclaimed(const std::filesystem::path& path);
+
+private:
+    explicit NativeFile(int handle) : m_handle(handle) {}
+
+    int m_handle; ///< negative: none
+};
+
+} // namespace statistics
