@@ -6,25 +6,6 @@ namespace bench {
 
 using statistics::TestAccess;
 
-Host::Host(float height) : m_context(ImGui::CreateContext())
-{
-    ImGui::SetCurrentContext(m_context);
-    ImGuiIO& io = ImGui::GetIO();
-    io.IniFilename = nullptr;
-    io.DisplaySize = ImVec2(1280.0f, height);
-    io.DeltaTime = 1.0f / 60.0f;
-    io.BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
-    unsigned char* pixels = nullptr;
-    int width = 0;
-    int rows = 0;
-    io.Fonts->GetTexDataAsRGBA32(&pixels, &width, &rows);
-}
-
-Host::~Host()
-{
-    ImGui::DestroyContext(m_context);
-}
-
 std::string name(std::size_t index)
 {
     return "counter number " + std::to_string(index);

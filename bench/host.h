@@ -1,6 +1,7 @@
 // A host without a window for the benchmarks, and the scenes that several of them measure.
 #pragma once
 
+#include "offscreen/context.h"
 #include "support/test_access.h"
 
 #include <statistics/statistics.h>
@@ -15,25 +16,9 @@
 
 namespace bench {
 
-/// Owns an ImGui context; `frame` draws one frame without showing it.
-class Host {
-public:
-    explicit Host(float height);
-    ~Host();
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
+using Host = test::Context;
 
-    template<typename Scene>
-    void frame(const Scene& scene)
-    {
-        ImGui::NewFrame();
-        scene();
-        ImGui::Render();
-    }
-
-private:
-    ImGuiContext* m_context;
-};
+constexpr float kDisplayWidth = 1280.0f; ///< pixels
 
 /// The library, up for the time of a benchmark.
 struct Library {

@@ -190,7 +190,7 @@ void placeWindow()
 template<typename DrawTable>
 void drawComparison(benchmark::State& state, const DrawTable& drawTable)
 {
-    Host host(720.0f);
+    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [&] {
         placeWindow();
         if (ImGui::Begin("Comparison"))

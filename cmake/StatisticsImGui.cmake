@@ -37,7 +37,8 @@ else()
         message(FATAL_ERROR
             "Dear ImGui isn't found. Install the distribution's package (Debian, Ubuntu: libimgui-dev "
             "pkg-config), or set STATISTICS_IMGUI_TARGET to a target of your own, or STATISTICS_IMGUI_SOURCE_DIR "
-            "to a folder of its sources.")
+            "to a folder of its sources. STATISTICS_BUILD_PANEL=OFF builds statistics::headless alone, which needs "
+            "no ImGui.")
     endif()
     set(statistics_imgui PkgConfig::STATISTICS_IMGUI)
 endif()

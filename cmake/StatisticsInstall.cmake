@@ -1,12 +1,18 @@
-# The installed package: library, public headers, CMake package and pkg-config file, in any prefix and movable.
+# The installed package: libraries, public headers, CMake package and pkg-config files, in any prefix and movable.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/statistics")
 
-target_include_directories(statistics PUBLIC "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
-install(TARGETS statistics EXPORT statistics-targets
+set(libraries statistics_headless)
+if(STATISTICS_BUILD_PANEL)
+    list(APPEND libraries statistics)
+endif()
+foreach(library IN LISTS libraries)
+    target_include_directories(${library} PUBLIC "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+endforeach()
+install(TARGETS ${libraries} EXPORT statistics-targets
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
@@ -14,14 +20,17 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/lib/statistics/include/statistics"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
     FILES_MATCHING PATTERN "*.h")
 
-# The version of ImGui that the library was compiled against: a host's ImGui has to be the same.
-set(imgui_version "unknown")
-get_target_property(imgui_include_dirs ${statistics_imgui} INTERFACE_INCLUDE_DIRECTORIES)
-find_file(STATISTICS_IMGUI_HEADER imgui.h PATHS ${imgui_include_dirs} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
-mark_as_advanced(STATISTICS_IMGUI_HEADER)
-if(STATISTICS_IMGUI_HEADER)
-    file(STRINGS "${STATISTICS_IMGUI_HEADER}" version_line REGEX "^#define IMGUI_VERSION +\"")
-    string(REGEX REPLACE ".*\"(.*)\".*" "\\1" imgui_version "${version_line}")
+# The version of ImGui that the panel was compiled against: a host's ImGui has to be the same.
+set(imgui_version "none")
+if(STATISTICS_BUILD_PANEL)
+    set(imgui_version "unknown")
+    get_target_property(imgui_include_dirs ${statistics_imgui} INTERFACE_INCLUDE_DIRECTORIES)
+    find_file(STATISTICS_IMGUI_HEADER imgui.h PATHS ${imgui_include_dirs} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    mark_as_advanced(STATISTICS_IMGUI_HEADER)
+    if(STATISTICS_IMGUI_HEADER)
+        file(STRINGS "${STATISTICS_IMGUI_HEADER}" version_line REGEX "^#define IMGUI_VERSION +\"")
+        string(REGEX REPLACE ".*\"(.*)\".*" "\\1" imgui_version "${version_line}")
+    endif()
 endif()
 
 install(EXPORT statistics-targets NAMESPACE statistics:: DESTINATION "${package_dir}")
@@ -55,5 +64,13 @@ set(pc_definitions "")
 if(NOT BUILD_SHARED_LIBS)
     set(pc_definitions " -DSTATISTICS_STATIC")
 endif()
-configure_file("${PROJECT_SOURCE_DIR}/cmake/statistics.pc.in" "${PROJECT_BINARY_DIR}/statistics.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/statistics.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+function(install_pc name library description)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/statistics.pc.in" "${PROJECT_BINARY_DIR}/${name}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endfunction()
+
+install_pc(statistics-headless statistics_headless "For programs without a window: the same without the panel")
+if(STATISTICS_BUILD_PANEL)
+    install_pc(statistics statistics
+        "${PROJECT_DESCRIPTION}. Carries no Dear ImGui: link your own (${imgui_version}) behind it")
+endif()

@@ -1,7 +1,7 @@
 #include "screen_report.h"
 
 #include "files.h"
-#include "support/frame_reader.h"
+#include "offscreen/frame_reader.h"
 
 #include <imgui.h>
 

@@ -1,6 +1,6 @@
 #include "targets.h"
 
-#include "support/offscreen.h"
+#include "offscreen/offscreen.h"
 
 #include <statistics/statistics.h>
 

@@ -227,6 +227,22 @@ TEST_F(SnapshotPanel, gettersMayRemoveCountersWhileASnapshotIsTaken)
     EXPECT_EQ(lastFile(), kHead + "A\t1\nB\t2\n");
 }
 
+TEST_F(SnapshotPanel, codeRecordsSnapshotsAndLearnsWhatBecameOfThem)
+{
+    EXPECT_EQ(system().recordSnapshot().problem, "snapshots are off");
+    addCounter("A", 0, [] { return 1; });
+    createOpened();
+    const statistics::RecordedSnapshot recorded = system().recordSnapshot();
+    EXPECT_EQ(recorded.problem, "");
+    EXPECT_EQ(recorded.file, dir("root/bench/" + snapshots().back().name));
+    EXPECT_EQ(lastFile(), kHead + "A\t1\n");
+
+    fs::remove_all(dir("root"));
+    dir.write("root", "a file where the folder was");
+    EXPECT_NE(system().recordSnapshot().problem, "");
+    EXPECT_EQ(snapshots().back().values.size(), 1U); // in memory all the same
+}
+
 #ifndef _WIN32
 
 void expectFailure(const char* operation, const std::function<void()>& action)

@@ -1,5 +1,5 @@
 // The off-screen host and its reader, proved on plain ImGui widgets.
-#include "support/offscreen.h"
+#include "offscreen/offscreen.h"
 
 #include <gtest/gtest.h>
 

@@ -65,9 +65,4 @@ void SnapshotGroup::clearSnapshots()
         tree.clearChildren(snapshotsNode);
 }
 
-void SnapshotGroup::draw(Render& render)
-{
-    tree.draw(render);
-}
-
 } // namespace statistics

@@ -116,8 +116,10 @@ void StatisticsAnalyzer::loadSnapshot(const std::string& name, const std::string
 void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)
 {
     const std::string name = Orv::orv_format("%s_%s.csv", folder.c_str(), timeStamp().c_str());
-    writeSnapshot(Orv::orv_format("%s/%s", folder.c_str(), name.c_str()), values);
-    snapshots.push_back({snapshots.size(), name, folder, std::move(values)});
+    const SnapshotWriting writing =
+        writeSnapshot(Orv::orv_format("%s/%s", folder.c_str(), name.c_str()), values);
+    const std::string problem = writing.step == ESnapshotWrite::Written ? "" : describe(writing);
+    snapshots.push_back({snapshots.size(), name, folder, std::move(values), problem});
 }
 
 SnapshotWriting StatisticsAnalyzer::writeSnapshot(const std::string& relativePath,

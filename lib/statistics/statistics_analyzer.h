@@ -25,6 +25,7 @@ public:
         std::string name;   ///< file name, also the caption of the check box and of the comparison's column
         std::string folder; ///< directory under `root`
         SnapshotValues values;
+        std::string problem = {}; ///< why it isn't on disk; empty if it is
     };
 
     /// Scans `root` for what earlier runs left. A `root` that doesn't exist is an empty store.

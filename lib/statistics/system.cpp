@@ -5,6 +5,7 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "clipboard.h"
+#include "only_library.h"
 
 #include <algorithm>
 #include <string_view>
@@ -26,6 +27,16 @@ struct ExitGuard {
 
 const ExitGuard s_exitGuard; // behind s_system, so it is destroyed first
 
+/// Once: the libraries of a process don't change by themselves.
+void reportOtherLibrary()
+{
+    static const bool told = !ORV_ASSERT_MESSAGE(
+        isOnlyLibrary(),
+        "The process holds two libraries of this kind: link either the one with the panel or "
+        "the one without.");
+    static_cast<void>(told);
+}
+
 } // namespace
 
 void System::initialize()
@@ -33,6 +44,7 @@ void System::initialize()
     if (!Data::isOutsideFunctors())
         return;
     ORV_ASSERT(System::Data::s_system == nullptr);
+    reportOtherLibrary();
     Data::s_system = std::unique_ptr<System>(new System);
 }
 

@@ -64,6 +64,19 @@ void System::takeSnapshot()
     m_data->publishSnapshots();
 }
 
+RecordedSnapshot System::recordSnapshot()
+{
+    const CallScope call; // the store outlives a getter that drops it
+    if (!m_data->statsAnalyzer)
+        return {{}, "snapshots are off"};
+    takeSnapshot();
+    const StatisticsAnalyzer* store = m_data->statsAnalyzer.get();
+    if (!store || store->snapshots.empty())
+        return {{}, "snapshots were turned off or cleared meanwhile"};
+    const StatisticsAnalyzer::Snapshot& taken = store->snapshots.back();
+    return {store->root + '/' + taken.folder + '/' + taken.name, taken.problem};
+}
+
 void System::updateSnapshots()
 {
     m_data->publishSnapshots();

@@ -1,7 +1,7 @@
 // A system that is up, and a host that draws its panel off-screen.
 #pragma once
 
-#include "offscreen.h"
+#include "offscreen/offscreen.h"
 #include "reports.h"
 
 #include <statistics/statistics.h>

@@ -55,6 +55,11 @@ void drawTree(Tree& tree, Render& render, const char* id)
 
 } // namespace
 
+void SnapshotGroup::draw(Render& render)
+{
+    tree.draw(render);
+}
+
 void System::draw()
 {
     if (!Data::isOutsideFunctors())

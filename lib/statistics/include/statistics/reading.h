@@ -17,4 +17,10 @@ struct CounterReading {
     bool outside;            ///< `value` is below `min` or above `max`
 };
 
+/// What became of a snapshot that the host asked for.
+struct RecordedSnapshot {
+    std::string file;    ///< its path below `root`'s; empty if snapshots are off
+    std::string problem; ///< why it isn't on disk; empty if it is
+};
+
 } // namespace statistics

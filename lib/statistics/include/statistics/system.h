@@ -129,6 +129,9 @@ public:
                              std::function<void()> saveDiff);
     /// Turns snapshots off. Files stay on disk. False if they weren't on.
     bool removeStatsAnalyzer();
+    /// Takes a snapshot as the panel's button does, for hosts that record by themselves. Runs the counters'
+    /// getters, and throws what they throw; then nothing was recorded.
+    RecordedSnapshot recordSnapshot();
     /// The comparison, valid while snapshots are on. Without them it is reported and the result is empty.
     const DiffTable& getDiffTable();
 

@@ -10,6 +10,7 @@
 // frames alone, so nothing here depends on the speed of the machine.
 #pragma once
 
+#include "context.h"
 #include "frame_reader.h"
 
 #include <functional>
@@ -20,14 +21,10 @@ namespace test {
 
 enum EButton { EButtonLeft = 0, EButtonRight = 1 };
 
-// Owns an ImGui context, which is current whenever this host acts; the one that was current at its start
-// comes back at its end. Several hosts may live at a time if they end in reverse order.
+// Owns an ImGui context, which is current whenever this host acts.
 class Offscreen {
 public:
     explicit Offscreen(ImVec2 displaySize = ImVec2(1280, 1000));
-    ~Offscreen();
-    Offscreen(const Offscreen&) = delete;
-    Offscreen& operator=(const Offscreen&) = delete;
 
     // What is drawn between NewFrame and Render. If it throws, the frame is finished, as a careful host
     // would, the mouse buttons go up, and the exception goes on to the caller of the frame or gesture.
@@ -69,20 +66,17 @@ public:
     std::string clipboard();
 
 private:
-    static constexpr float kFrameTime = 1.0F / 60; // seconds
-
-    ImGuiIO& io(); // makes this host's context the current one
+    ImGuiIO& io() { return m_context.io(); }
     void pressOrRelease(EButton button, bool down);
     void pause();
     Rect box(std::string_view caption, std::size_t nth);
     [[noreturn]] void reportMissing(std::string_view kind, std::string_view name, std::size_t nth = 0);
 
-    ImGuiContext* m_previous;
-    ImGuiContext* m_context;
+    Context m_context;
     std::function<void()> m_scene;
     std::optional<Frame> m_read;
     std::string m_imbalance;
-    float m_nextFrameTime = kFrameTime;
+    float m_nextFrameTime = Context::kFrameTime;
 };
 
 } // namespace test

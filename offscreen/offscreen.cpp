@@ -45,65 +45,19 @@ void feedWheel(ImGuiIO& io, float dx, float dy)
 }
 #endif
 
-#ifdef IMGUI_HAS_TEXTURES
-void prepareFonts(ImGuiIO& io)
-{
-    io.BackendFlags |= ImGuiBackendFlags_RendererHasTextures;
-}
-
-// Stands for a renderer that has done what ImGui wants with its textures.
-void settleTextures(bool keep)
-{
-    for (ImTextureData* texture : ImGui::GetPlatformIO().Textures) {
-        const bool alive = keep && texture->Status != ImTextureStatus_WantDestroy;
-        texture->SetTexID(alive ? 1 : ImTextureID_Invalid);
-        texture->SetStatus(alive ? ImTextureStatus_OK : ImTextureStatus_Destroyed);
-    }
-}
-#else
-void prepareFonts(ImGuiIO& io)
-{
-    io.Fonts->Build();
-}
-void settleTextures(bool) {}
-#endif
-
 } // namespace
 
-Offscreen::Offscreen(ImVec2 displaySize)
-    : m_previous(ImGui::GetCurrentContext()), m_context(ImGui::CreateContext()), m_scene([] {})
-{
-    io().IniFilename = nullptr;
-    io().DisplaySize = displaySize;
-    io().BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
-    prepareFonts(io());
-}
-
-Offscreen::~Offscreen()
-{
-    ImGui::SetCurrentContext(m_context);
-    settleTextures(false);
-    ImGui::DestroyContext();
-    ImGui::SetCurrentContext(m_previous);
-}
-
-ImGuiIO& Offscreen::io()
-{
-    ImGui::SetCurrentContext(m_context);
-    return ImGui::GetIO();
-}
+Offscreen::Offscreen(ImVec2 displaySize) : m_context(displaySize), m_scene([] {}) {}
 
 void Offscreen::frame()
 {
-    io().DeltaTime = std::exchange(m_nextFrameTime, kFrameTime);
     m_read.reset();
-    ImGui::NewFrame();
+    m_context.beginFrame(std::exchange(m_nextFrameTime, Context::kFrameTime));
     const OpenScopes before = openScopes();
     const auto finish = [&] {
         m_imbalance = describeImbalance(before, openScopes());
         closeOpenScopes();
-        ImGui::Render();
-        settleTextures(true);
+        m_context.endFrame();
     };
     try {
         m_scene();
@@ -125,7 +79,7 @@ void Offscreen::frames(int count)
 
 const Frame& Offscreen::read()
 {
-    ImGui::SetCurrentContext(m_context);
+    m_context.makeCurrent();
     if (!m_read) {
         const ImDrawData* data = ImGui::GetDrawData();
         m_read = data ? readFrame(*data) : Frame();
@@ -194,7 +148,7 @@ void Offscreen::drag(ImVec2 from, ImVec2 to)
 
 Rect Offscreen::window(std::string_view name)
 {
-    ImGui::SetCurrentContext(m_context);
+    m_context.makeCurrent();
     const ImGuiWindow* found = ImGui::FindWindowByName(std::string(name).c_str());
     if (!found || !found->WasActive) {
         reportMissing("window", name);
@@ -246,7 +200,7 @@ void Offscreen::reportMissing(std::string_view kind, std::string_view name, std:
 
 std::string Offscreen::clipboard()
 {
-    ImGui::SetCurrentContext(m_context);
+    m_context.makeCurrent();
     const char* copied = ImGui::GetClipboardText();
     return copied ? copied : "";
 }
