@@ -21,6 +21,17 @@ quietly() {
     }
 }
 
+# with_progress <log> <command>...: a build by ninja, of which each quarter is told; its output only if it fails
+with_progress() {
+    local log=$1
+    shift
+    "$@" 2>&1 | tee "$log" | awk -F '[][/]' '
+        /^\[[0-9]+\/[0-9]+\]/ && int(4 * $2 / $3) > told { told = int(4 * $2 / $3); print "   " $2 " of " $3; fflush() }' || {
+        cat "$log"
+        return 1
+    }
+}
+
 # tell_sum: the script's last line and status
 tell_sum() {
     printf '\n'
