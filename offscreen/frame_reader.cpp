@@ -60,7 +60,8 @@ std::vector<Shape> shapesOf(const ImDrawList& list, const ImDrawCmd& command)
 using GlyphSource = ImFontBaked;
 GlyphSource& glyphsOf(ImFont& font)
 {
-    return *font.GetFontBaked(ImGui::GetStyle().FontSizeBase);
+    const ImGuiStyle& style = ImGui::GetStyle();
+    return *font.GetFontBaked(style.FontSizeBase * style.FontScaleMain);
 }
 float heightOf(const GlyphSource& source)
 {

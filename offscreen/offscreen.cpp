@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <numeric>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -29,6 +31,10 @@ void feedWheel(ImGuiIO& io, float dx, float dy)
 {
     io.AddMouseWheelEvent(dx, dy);
 }
+void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
+{
+    io.AddKeyEvent(key, down);
+}
 #else
 void feedPosition(ImGuiIO& io, ImVec2 point)
 {
@@ -42,6 +48,11 @@ void feedWheel(ImGuiIO& io, float dx, float dy)
 {
     io.MouseWheelH = dx;
     io.MouseWheel = dy;
+}
+void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
+{
+    std::iota(std::begin(io.KeyMap), std::end(io.KeyMap), 0);
+    io.KeysDown[key] = down;
 }
 #endif
 
@@ -112,6 +123,25 @@ void Offscreen::wheel(float dx, float dy)
 {
     feedWheel(io(), dx, dy);
     frames(kSettleFrames);
+}
+
+void Offscreen::pressKey(ImGuiKey key)
+{
+    io().ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
+    for (const bool down : {true, false}) {
+        feedKey(io(), key, down);
+        frames(kSettleFrames);
+    }
+}
+
+void Offscreen::setFontScale(float scale)
+{
+#ifdef IMGUI_HAS_TEXTURES
+    io();
+    ImGui::GetStyle().FontScaleMain = scale;
+#else
+    io().FontGlobalScale = scale;
+#endif
 }
 
 void Offscreen::click(ImVec2 point, EButton button)

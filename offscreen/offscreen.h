@@ -46,6 +46,8 @@ public:
     void doubleClick(ImVec2 point);
     void drag(ImVec2 from, ImVec2 to);
     void wheel(float dx, float dy); // dy > 0 scrolls up
+    void pressKey(ImGuiKey key);    // and lets it go; turns ImGui's keyboard navigation on
+    void setFontScale(float scale);
 
     void moveTo(std::string_view exact, std::size_t nth = 0) { moveTo(text(exact, nth).center()); }
     void click(std::string_view exact, std::size_t nth = 0) { click(text(exact, nth).center()); }

@@ -206,6 +206,10 @@ TEST_F(Comparison, widthsAreSetAnewOnlyWhenTheNumberOfSnapshotsChanges)
     EXPECT_FALSE(ui.read().contains("Caption"));
     tick({{"y", 1}}); // as many as before: the user's widths stay
     EXPECT_EQ(headerWidths(), dragged);
+    untick(3);
+    tick(numbered("row ", 2000, 1)); // but for the numbers, which are longer
+    EXPECT_EQ(headerWidths().at(0), 2 * (4 * 7 + 10 - 12));
+    EXPECT_EQ(headerWidths().at(1), dragged.at(1));
     for (int i = 0; i < 120; ++i) { // more than ImGui can show side by side
         tick({{"x", i}});
     }
@@ -220,7 +224,10 @@ TEST_F(Comparison, ofThousandsOfRowsThoseInViewAreDrawnAndAllCanBeReached)
     EXPECT_LT(ui.read().texts.size(), 300U);
     scrollToEnd();
     EXPECT_LT(ui.read().texts.size(), 300U);
-    EXPECT_EQ(ui.read().textsOnLineOf(ui.text("second 5000")).back().color, kFlagged);
+    const std::vector<test::Text> last = ui.read().textsOnLineOf(ui.text("second 5000"));
+    EXPECT_EQ(last.back().color, kFlagged);
+    EXPECT_EQ(last.front().text, "10000");
+    EXPECT_GT(last.at(1).min.x, last.front().max.x);
     ui.click("second 4999");
     EXPECT_EQ(selected(), 9998U);
 }

@@ -53,6 +53,47 @@ TEST_F(Counters, showEveryTextWholeInOneColumnAtAnyDepth)
     EXPECT_GT(value.min.x, bar.center().x); // behind the filled half
 }
 
+// Captions grow by a letter each, so that some end just before the value column, and some behind it.
+TEST_F(Counters, neverPrintOneTextOverAnother)
+{
+    ImGui::GetIO().DisplaySize.x = 2600;
+    unsigned group = 0;
+    for (std::size_t length = 22; length < 40; ++length)
+        group = add(std::string(length, 'c'), Counter([] { return std::string("value"); }));
+    add(std::string(40, 'c'), limited(0, 1, [] { return 1; }), group);
+    for (const float scale : {1.0F, 1.5F, 2.0F}) {
+        ui.setFontScale(scale);
+        show();
+        const float column = ui.window("Statistics").min.x + std::floor(215 * scale);
+        for (const test::Text& value : ui.read().findAll("value")) {
+            const test::Text caption = ui.read().textsOnLineOf(value)[0];
+            if (caption.max.x > column)
+                EXPECT_NEAR(value.min.x, caption.max.x + ImGui::GetStyle().ItemSpacing.x, 1);
+            else
+                EXPECT_EQ(value.min.x, column);
+        }
+        EXPECT_EQ(ui.read().findAll("value").size(), 18U);
+    }
+    ui.click(std::string(39, 'c'));
+    const std::vector<test::Text> texts = ui.read().textsOnLineOf(ui.text(std::string(40, 'c')));
+    EXPECT_GT(texts.at(1).min.x, texts[0].max.x);
+}
+
+TEST_F(Counters, showALongValueFromTheBeginningOfTheirBarAndNotBeyondIt)
+{
+    std::string value = std::string(100, 'v');
+    add("Long", limited(std::string("min"), std::string("max"), [&] { return value; }));
+    test::Reports reports;
+    show();
+    const test::Text& shown = *ui.read().findContaining("vvv");
+    EXPECT_LT(shown.text.size(), 42U);
+    EXPECT_NEAR(shown.min.x, ui.text("min").max.x + ImGui::GetStyle().ItemSpacing.x, 1);
+    EXPECT_GT(ui.text("max").min.x, shown.max.x - 7);
+    value = "vvv";
+    show();
+    EXPECT_NEAR(ui.text("vvv").min.x, ui.text("min").max.x + 2 * ImGui::GetStyle().ItemSpacing.x, 1);
+}
+
 TEST_F(Counters, colourTheirBarByTheWeight)
 {
     const ImVec4 low(0.35F, 0.65F, 0, 1);

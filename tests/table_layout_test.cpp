@@ -5,6 +5,8 @@
 #include <imgui_internal.h>
 
 #include <cmath>
+#include <map>
+#include <vector>
 
 namespace {
 
@@ -34,6 +36,17 @@ protected:
     {
         EXPECT_NEAR(screen.text("3 B").min.x - screen.text("beta").min.x, first, 1.1F);
         EXPECT_NEAR(screen.text("third").min.x - screen.text("3 B").min.x, 255, 1.1F);
+    }
+
+    using Widths = std::vector<float>;
+    static const ImGuiOldColumns& columnSet()
+    {
+        return ImGui::FindWindowByName("Statistics")->ColumnsStorage[0];
+    }
+    static float columnWidth(const ImGuiOldColumns& set, int column)
+    {
+        const float fraction = set.Columns[column + 1].OffsetNorm - set.Columns[column].OffsetNorm;
+        return fraction * (set.OffMaxX - set.OffMinX);
     }
 
     ImVec2 scrollRange() { return ImGui::FindWindowByName("Statistics")->ScrollMax; }
@@ -68,6 +81,43 @@ TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoe
     expectWidths(second, 340);
     ui.frames(2);
     expectWidths(ui, 460);
+}
+
+TEST_F(TableLayout, aBorderCanBeDraggedAnywhereAndBack)
+{
+    const auto borders = [this] {
+        return Widths{ui.text("3 B").min.x, ui.text("third").min.x, columnWidth(columnSet(), 2)};
+    };
+    for (const float far : {65.0F, 250.0F, 1500.0F, -1500.0F}) {
+        for (const int column : {1, 2}) {
+            showAt(1000);
+            const Widths before = borders();
+            const ImVec2 from(before[static_cast<std::size_t>(column) - 1] - 8, ui.text("3 B").center().y);
+            ui.moveTo(from);
+            ui.press();
+            ui.moveTo(ImVec2(from.x + far, from.y));
+            for (int next = 0; next < 3; ++next)
+                EXPECT_GT(columnWidth(columnSet(), next), 5) << far; // ImGui's own least, beside the mouse
+            ui.moveTo(from);
+            ui.release();
+            EXPECT_EQ(borders(), before) << far;
+        }
+    }
+}
+
+TEST_F(TableLayout, thousandsOfColumnsCanBeShownAndDragged)
+{
+    for (const std::size_t count : {900U, 3000U, 5000U}) {
+        table.m_header.resize(count, table.m_header[1]);
+        for (const float scale : {2.0F, 0.05F, 1.0F}) {
+            ui.setFontScale(scale);
+            showAt(1000);
+        }
+        const test::Text& cell = ui.text("3 B");
+        ui.drag(ImVec2(cell.min.x - 8, cell.center().y), ImVec2(cell.min.x + 1500, cell.center().y));
+        show();
+        EXPECT_TRUE(ui.read().contains("beta")) << count;
+    }
 }
 
 TEST_F(TableLayout, twoHundredColumnsOfOddWidthsCanBeReachedAndSorted)
@@ -137,6 +187,87 @@ TEST_F(TableLayout, manyRowsDrawOnlyWhatIsInViewEachInItsPlace)
     rows[100].name = "1\n2\n3";
     show();
     EXPECT_NEAR(range - scrollRange().y, 50000 * line - 2 * ImGui::GetTextLineHeight(), 1);
+    EXPECT_LT(ImGui::GetDrawData()->TotalVtxCount, kMostVertices);
+}
+
+// Against the whole table, drawn in a window as high as it is.
+TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
+{
+    constexpr int kRows = 80;
+    const auto extraLines = [](int row) { return row % 7 == 3 ? row % 5 : 0; };
+    const auto name = [](int row) { return std::to_string(100 + row); };
+    rows.resize(kRows);
+    table.m_header[0].getter = [](std::size_t row) { return 100 + static_cast<int>(row); };
+    table.m_header[1].getter = [&](std::size_t row) {
+        const auto breaks = static_cast<std::size_t>(extraLines(static_cast<int>(row)));
+        return "a" + std::string(breaks, '\n') + "b" + (row % 4 == 1 ? "\n" : ""); // which begins no line
+    };
+    ImGui::GetIO().DisplaySize.y = 6000;
+    for (const float scale : {1.0F, 1.5F, 2.0F}) {
+        ui.setFontScale(scale);
+        ImGui::GetStyle().ItemSpacing.y = 3 + 2 * scale;
+        panelSize.y = 5900;
+        showAt(1000);
+        const float line = ImGui::GetFontSize();
+        std::map<std::string, float> places{{name(0), ui.text(name(0)).min.y}};
+        for (int row = 1; row < kRows; ++row) {
+            const float height =
+                line * static_cast<float>(1 + extraLines(row - 1)) + ImGui::GetStyle().ItemSpacing.y;
+            places[name(row)] = ui.text(name(row)).min.y;
+            EXPECT_NEAR(places[name(row)] - places[name(row - 1)], height, line == 19.5F ? 2.5F : 0.0F);
+        }
+        panelSize.y = 300;
+        showAt(1000);
+        ui.moveTo("Name");
+        std::size_t seen = 0;
+        const ImGuiWindow& window = *ImGui::FindWindowByName("Statistics");
+        for (float last = -1; last != window.Scroll.y; ui.wheel(0, -2)) {
+            last = window.Scroll.y;
+            for (const test::Text& text : ui.read().texts)
+                if (places.count(text.text)) {
+                    EXPECT_NEAR(text.min.y, places[text.text] - last, line == 19.5F ? 1.0F : 0.0F);
+                    ++seen;
+                }
+        }
+        EXPECT_GT(seen, static_cast<std::size_t>(kRows));
+        EXPECT_TRUE(ui.read().contains(name(kRows - 1)));
+    }
+}
+
+TEST_F(TableLayout, theKeyboardReachesEveryRow)
+{
+    table.m_keyColumn = 0;
+    rows.clear();
+    for (int row = 0; row < 500; ++row)
+        rows.push_back({"row " + std::to_string(1000 + row) + (row % 9 == 4 ? "\nand more" : ""), row});
+    showAt(1000);
+    ui.click("row 1000");
+    for (int step = 1; step <= 100; ++step)
+        ui.pressKey(ImGuiKey_DownArrow);
+    ui.pressKey(ImGuiKey_Space);
+    EXPECT_EQ(table.m_selectedRow, 100U);
+    ui.pressKey(ImGuiKey_End);
+    ui.pressKey(ImGuiKey_Space);
+    EXPECT_EQ(table.m_selectedRow, 499U);
+    ui.pressKey(ImGuiKey_PageUp);
+    ui.pressKey(ImGuiKey_Space);
+    EXPECT_NEAR(static_cast<double>(table.m_selectedRow), 470, 10);
+}
+
+// The numbers of the layout grow with the font.
+TEST_F(TableLayout, atAnotherFontSizeNothingIsCut)
+{
+    ImGui::GetIO().DisplaySize.x = 2600;
+    ui.setFontScale(2);
+    ImGui::GetStyle().FramePadding.y = 12;
+    showAt(2500);
+    EXPECT_NEAR(ui.text("3 B").min.x - ui.text("beta").min.x, 680, 1.1F);
+    EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 510, 1.1F);
+    const test::Text& header = ui.text("Name");
+    const test::Rect button = ui.read().rectsAt(header.center()).back();
+    EXPECT_EQ(button.size().y, 40);
+    EXPECT_GE(header.min.y, button.min.y);
+    EXPECT_LE(header.max.y, button.max.y);
 }
 
 } // namespace

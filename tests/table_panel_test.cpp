@@ -139,24 +139,25 @@ TEST_F(TableOnPanel, aMenuOffersTheActionsInOrderAndActsOnTheClickedRow)
     EXPECT_EQ(ui.clipboard(), "g\tamma\t10 B") << "the values of this moment";
 }
 
-TEST_F(TableOnPanel, anEntryActsOnTheRowThatTheMenuWasOpenedOnOrOnNone)
+TEST_F(TableOnPanel, anEntryActsOnTheDataRowThatTheMenuWasOpenedOnWhereverItStandsByThen)
 {
     const test::HostRow top{"aaa", 0}, last{"zzz", 0};
     const struct {
         const char* meanwhile;
         std::function<void()> happens;
-        bool acts;
+        std::size_t place; // of "beta" by then, if its data are still there
     } cases[] = {
-        {"new values", [this] { rows[0].name = "zeta"; }, true},
-        {"a row at the end", [&] { rows.push_back(last); }, true},
-        {"a row on top", [&] { rows.push_back(top); }, false},
-        {"another order", [this] { table.sort(1, true); }, false},
-        {"fewer rows", [this] { rows.resize(1); }, false},
-        {"no rows", [this] { rows.clear(); }, false},
-        {"another selection", [this] { table.m_selectedRow = 0; }, false},
+        {"new values", [this] { rows[0].name = "zeta"; }, 1},
+        {"a row at the end", [&] { rows.push_back(last); }, 1},
+        {"a row on top", [&] { rows.push_back(top); }, 2},
+        {"another order", [this] { table.sort(0, false); }, 1},
+        {"another column", [this] { table.sort(1, false); }, 0},
+        {"fewer rows", [this] { rows.resize(1); }, 0},
+        {"another selection", [this] { table.m_selectedRow = 0; }, 1},
+        {"no rows", [this] { rows.clear(); }, NO_INDEX},
     };
     statistics::addRowAction(id, "Note", note);
-    for (const auto& [meanwhile, happens, acts] : cases) {
+    for (const auto& [meanwhile, happens, place] : cases) {
         rows = {{"beta", 3}, {"gamma", 1}, {"alpha", 2}};
         table.sort(0, true);
         show();
@@ -164,7 +165,8 @@ TEST_F(TableOnPanel, anEntryActsOnTheRowThatTheMenuWasOpenedOnOrOnNone)
         happens();
         show();
         ui.click("Note");
-        EXPECT_EQ(std::exchange(noted, {}), acts ? Indices{0} : Indices{}) << meanwhile;
+        EXPECT_EQ(std::exchange(noted, {}), place == NO_INDEX ? Indices{} : Indices{0}) << meanwhile;
+        EXPECT_EQ(table.m_selectedRow, place == NO_INDEX ? 1 : place) << meanwhile;
     }
 }
 
@@ -208,6 +210,19 @@ TEST_F(TableOnPanel, textsAreShownWholeAndThoseThatLookAlikeAnswerEachForItself)
         ui.click(ImVec2(left, ui.text(size).center().y)); // in its empty key cell
         EXPECT_EQ(selected(), Lines{size});
     }
+}
+
+TEST_F(TableOnPanel, entriesOfSeveralLinesStandOneBelowTheOther)
+{
+    statistics::addRowAction(id, "two\nlines", note);
+    statistics::addRowAction(id, "Last", [this](std::size_t) { noted.push_back(7); });
+    show();
+    ui.rightClick("beta");
+    EXPECT_GE(ui.text("Last").min.y, ui.text("lines").max.y);
+    ui.click("lines");
+    ui.rightClick("beta");
+    ui.click("Last");
+    EXPECT_EQ(noted, (Indices{0, 7}));
 }
 
 TEST_F(TableOnPanel, columnsMayComeLateAndGo)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text_lines.h"
+
 #include <statistics/counter.h>
 #include <statistics/preset.h>
 #include <statistics/table.h>
@@ -87,7 +89,7 @@ struct ItemTable {
     std::vector<std::vector<std::string>> rows; ///< texts by view row and column
     bool widthsPending = true;                  ///< the columns' widths are yet to be given to ImGui
     std::size_t menuRow = NO_INDEX;             ///< data row that the context menu was opened on
-    bool uniformRows = true;                    ///< no cell has a line break: all rows are equally high
+    RowLines lines;                             ///< of `rows`
     Getters getters; ///< memory for the copies that a refresh reads through, empty between refreshes
 };
 

@@ -2,6 +2,7 @@
 
 #include "free_slot_vector.h"
 #include "items.h"
+#include "text_lines.h"
 
 #include <statistics/diff_table.h>
 #include <statistics/preset.h>
@@ -108,13 +109,13 @@ private:
     bool drawPresetButton(unsigned slot, PresetFunctor functor, const char* caption, const char* tooltip);
     void runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index);
     void drawDiffTable();
-    void noteDiffShape(const DiffTable& table);
+    bool noteDiffShape(const DiffTable& table);
 
     ItemCounter* counterItem(unsigned slot, const Counter& counter);
     ItemTable* tableItem(unsigned slot, const Table& table);
 
     std::size_t m_diffRowCount = 0;
-    bool m_diffUniformRows = true;
+    RowLines m_diffLines;   ///< of the comparison's rows
     std::string m_diffText; ///< memory for the values' texts
 };
 

@@ -116,7 +116,7 @@ public:
         if (ItemTable* item = this->item()) {
             m_getters = std::exchange(item->getters, {});
             item->rows.resize(m_count);
-            item->uniformRows = true;
+            item->lines.clear();
         }
         copyGetters(table, m_getters);
     }
@@ -157,7 +157,7 @@ private:
         std::vector<std::string>& cells = item->rows[m_row];
         cells.resize(m_getters.size());
         m_table.printCell(cells[column], column, value);
-        item->uniformRows = item->uniformRows && cells[column].find('\n') == std::string::npos;
+        item->lines.add(m_row, cells[column]);
         return true;
     }
 

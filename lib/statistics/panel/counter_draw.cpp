@@ -1,5 +1,6 @@
 // One line of the panel: caption, lower limit, bar with the value on it, upper limit; or caption and value.
 
+#include "layout.h"
 #include "render.h"
 #include "widgets.h"
 
@@ -12,8 +13,6 @@ namespace statistics {
 
 namespace {
 
-constexpr float kValueColumn = 215.0f; ///< pixels from the left of the window, at any depth
-constexpr float kBarWidth = 275.0f;
 constexpr float kBarBackgroundAlpha = 0.25f;
 
 constexpr float kWarningWeight = 0.8f; ///< from here to 1 the bar turns from amber to red
@@ -45,7 +44,7 @@ void drawBar(const ItemCounter& item)
     const widgets::ColorScope background(ImGuiCol_FrameBg,
                                          ImVec4(color.x, color.y, color.z, kBarBackgroundAlpha));
     const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
-    ImGui::PushItemWidth(kBarWidth);
+    ImGui::PushItemWidth(layout::scaled(layout::kBarWidth));
     widgets::progressBar(item.weight, item.valueText);
     ImGui::PopItemWidth();
 }
@@ -79,7 +78,7 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
 {
     const ItemCounter& item = counters[slot];
     const bool open = drawCaption(itemId(ItemType::Counter, slot), item.name, hasChildren);
-    ImGui::SameLine(kValueColumn, -1.0f);
+    widgets::sameLineFrom(layout::kValueColumn);
     if (item.counter->hasLimits)
         drawLimitedValue(item);
     else

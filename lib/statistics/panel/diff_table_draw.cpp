@@ -1,6 +1,9 @@
 // The comparison of snapshots: numbered rows, captions, one column per snapshot; rows that differ stand out.
 
+#include "item_scope.h"
+#include "layout.h"
 #include "render.h"
+#include "visible_rows.h"
 #include "widgets.h"
 
 #include <imgui.h>
@@ -12,12 +15,7 @@ namespace statistics {
 
 namespace {
 
-constexpr float kWidth = 850.0f; ///< pixels, all columns together
-constexpr float kNumberWidth = 25.5f;
-constexpr float kCaptionWidth = 229.50002f;
-constexpr float kSnapshotsWidth = 595.0f; ///< shared by the snapshots
-constexpr std::size_t kLeadColumns = 2;   ///< number and caption
-const ImVec2 kHeaderSpacing(6.0f, 4.0f);
+constexpr std::size_t kLeadColumns = 2; ///< number and caption
 const ImVec4 kChangedColor(1.0f, 0.6f, 0.0f, 1.0f);
 
 /// Writes into the style itself, for the time of a row.
@@ -36,26 +34,32 @@ private:
     ImVec4 m_kept;
 };
 
-bool hasLineBreak(const std::string& text)
+/// The numbers of rows as the column of the numbers needs them: all digits are as wide as this one.
+float numberWidth(std::size_t rows)
 {
-    return text.find('\n') != std::string::npos;
+    const std::string longest(std::to_string(rows).size(), '0');
+    return std::max(layout::kNumberWidth, widgets::columnWidthFor(longest));
 }
 
-bool isTall(const DiffTableRow& row)
+void applyWidths(const widgets::ColumnsScope& columns, const DiffTable& table)
 {
-    const auto isTallValue = [](const CounterValue& value) {
-        return value.isString() && hasLineBreak(value.toString(nullptr));
-    };
-    return hasLineBreak(row.caption) || std::any_of(row.values.begin(), row.values.end(), isTallValue);
-}
-
-void applyWidths(const widgets::ColumnsScope& columns, std::size_t snapshots)
-{
-    columns.setWidth(0, kNumberWidth);
-    columns.setWidth(1, kCaptionWidth);
+    const std::size_t snapshots = table.m_columns.size();
+    columns.setWidth(0, numberWidth(table.m_rows.size()));
+    columns.setWidth(1, layout::kCaptionWidth);
     for (std::size_t column = 0; column < snapshots; ++column)
         columns.setWidth(static_cast<int>(column + kLeadColumns),
-                         kSnapshotsWidth / static_cast<float>(snapshots));
+                         layout::kSnapshotsWidth / static_cast<float>(snapshots));
+}
+
+void findLines(const DiffTable& table, RowLines& lines)
+{
+    lines.clear();
+    for (std::size_t row = 0; row < table.m_rows.size(); ++row) {
+        lines.add(row, table.m_rows[row].caption);
+        for (const CounterValue& value : table.m_rows[row].values)
+            if (value.isString())
+                lines.add(row, value.toString(nullptr));
+    }
 }
 
 void drawHeaderCell(std::size_t column, const std::string& caption)
@@ -67,7 +71,7 @@ void drawHeaderCell(std::size_t column, const std::string& caption)
 
 void drawHeader(const DiffTable& table)
 {
-    const widgets::StyleVarScope spacing(ImGuiStyleVar_ItemSpacing, kHeaderSpacing);
+    const widgets::HeaderScope spacing;
     drawHeaderCell(0, "N");
     drawHeaderCell(1, "Caption");
     for (std::size_t column = 0; column < table.m_columns.size(); ++column)
@@ -102,27 +106,31 @@ void Render::drawDiffTable()
         m_diffRowCount = 0; // what comes next may have as many columns and rows as what is gone
         return;
     }
-    const widgets::IdScope id(static_cast<int>(itemId(ItemType::DiffTable, 0)));
-    const widgets::ColumnsScope columns(static_cast<int>(snapshots + kLeadColumns), "diff_table", kWidth);
-    noteDiffShape(table);
+    const widgets::IdScope id = itemScope(ItemType::DiffTable, 0);
+    const widgets::ColumnsScope columns(static_cast<int>(snapshots + kLeadColumns), "diff_table",
+                                        layout::kWidth);
+    const bool changed = noteDiffShape(table);
     if (std::exchange(diffWidthsPending, false) || columns.isNew())
-        applyWidths(columns, snapshots);
+        applyWidths(columns, table);
+    else if (changed)
+        columns.widen(0, numberWidth(table.m_rows.size()));
     drawHeader(table);
-    widgets::forEachVisibleRow(table.m_rows.size(), m_diffUniformRows,
+    widgets::forEachVisibleRow(table.m_rows.size(), m_diffLines,
                                [&](std::size_t row) { drawRow(table, row, m_diffText); });
 }
 
-/// Looks at what has come and gone since the last draw. Every change of the contents goes along with a change
-/// of the number of columns or rows.
-void Render::noteDiffShape(const DiffTable& table)
+/// True if rows or columns have come or gone since the last draw: every change of the contents goes along
+/// with a change of their numbers.
+bool Render::noteDiffShape(const DiffTable& table)
 {
     const std::size_t snapshots = table.m_columns.size();
     if (diffColumnCount == snapshots && m_diffRowCount == table.m_rows.size())
-        return;
+        return false;
     diffWidthsPending |= diffColumnCount != snapshots;
     diffColumnCount = snapshots;
     m_diffRowCount = table.m_rows.size();
-    m_diffUniformRows = std::none_of(table.m_rows.begin(), table.m_rows.end(), isTall);
+    findLines(table, m_diffLines);
+    return true;
 }
 
 } // namespace statistics

@@ -1,6 +1,8 @@
 // The panel's window, and the dispatch of drawing: each kind of item has a source of its own, but for the
 // small ones here.
 
+#include "item_scope.h"
+#include "layout.h"
 #include "render.h"
 #include "widgets.h"
 
@@ -8,19 +10,13 @@
 
 namespace statistics {
 
-namespace {
-
-constexpr float kLayoutWidth = 850.0f; ///< of the widest item, a table
-constexpr float kPanelHeight = 600.0f; ///< at the panel's very first appearance
-
-} // namespace
-
 bool Render::beginWindow()
 {
     // Wide enough for a table at the second level of the tree, with a scrollbar beside it.
     const ImGuiStyle& style = ImGui::GetStyle();
     const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
-    widgets::suggestNextWindowSize(ImVec2(kLayoutWidth + frame, kPanelHeight));
+    widgets::suggestNextWindowSize(
+        ImVec2(layout::scaled(layout::kWidth) + frame, layout::scaled(layout::kPanelHeight)));
     ImGui::SetNextWindowBgAlpha(0.0f);
     return ImGui::Begin("Statistics", &windowOpen, 0);
 }
@@ -68,7 +64,7 @@ void Render::endNode()
 
 void Render::drawCheckbox(unsigned slot)
 {
-    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Checkbox, slot)));
+    const widgets::IdScope id = itemScope(ItemType::Checkbox, slot);
     ItemCheckbox& item = checkboxes[slot];
     bool value = item.value;
     if (!widgets::checkBox(item.name, &value))

@@ -2,6 +2,7 @@
 // clear the presets, this row included: the row is looked up again behind every functor.
 
 #include "assertion.h"
+#include "item_scope.h"
 #include "render.h"
 #include "widgets.h"
 
@@ -23,7 +24,7 @@ std::size_t selectedPreset(const ItemPreset& item)
 
 void Render::drawPreset(unsigned slot)
 {
-    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Preset, slot)));
+    const widgets::IdScope id = itemScope(ItemType::Preset, slot);
     const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
     drawPresetCheckbox(slot);
     if (presets.contains(slot) && presets[slot].params)

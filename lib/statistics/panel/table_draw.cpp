@@ -5,6 +5,9 @@
 #include "render.h"
 
 #include "call_scope.h"
+#include "item_scope.h"
+#include "layout.h"
+#include "visible_rows.h"
 #include "widgets.h"
 
 #include <imgui.h>
@@ -16,8 +19,6 @@ namespace statistics {
 
 namespace {
 
-constexpr float kTableWidth = 850.0f; ///< pixels, all columns together
-const ImVec2 kHeaderSpacing(6.0f, 4.0f);
 constexpr const char* kPopup = "tablePopup";
 
 /// What the user did to the rows in this frame: view rows.
@@ -66,7 +67,7 @@ void drawRow(const Table& table, const std::vector<std::string>& row, std::size_
 RowEvents drawRows(const ItemTable& item, std::size_t columns)
 {
     RowEvents events;
-    widgets::forEachVisibleRow(item.rows.size(), item.uniformRows, [&](std::size_t viewRow) {
+    widgets::forEachVisibleRow(item.rows.size(), item.lines, [&](std::size_t viewRow) {
         drawRow(*item.table, item.rows[viewRow], viewRow, columns, events);
     });
     return events;
@@ -83,27 +84,31 @@ void openMenu(ItemTable& item, std::size_t viewRow)
     ImGui::OpenPopup(kPopup);
 }
 
-/// The entry of the context menu that was clicked. The row's data may have moved or gone since it was opened:
-/// an entry acts on the row it was opened on, or on none.
-std::size_t clickedEntry(const ItemTable& item)
+/// The entry of the context menu that was clicked.
+std::size_t clickedEntry(const Table& table)
 {
-    const Table& table = *item.table;
     std::size_t clicked = NO_INDEX;
     for (std::size_t entry = 0; entry < table.m_rowActions.size(); ++entry) {
         const widgets::IdScope id(entry);
         if (widgets::menuItem(table.m_rowActions[entry].caption))
             clicked = entry;
     }
-    const std::size_t row = table.m_selectedRow;
-    const bool shown =
-        row < item.rows.size() && row < table.m_order.size() && table.m_order[row] == item.menuRow;
-    return shown ? clicked : NO_INDEX;
+    return clicked;
+}
+
+/// Where the row stands now that the context menu was opened on; `NO_INDEX` if it isn't shown any more.
+std::size_t menuRow(const ItemTable& item)
+{
+    const std::vector<std::size_t>& order = item.table->m_order;
+    const auto found = std::find(order.begin(), order.end(), item.menuRow);
+    const auto row = static_cast<std::size_t>(found - order.begin());
+    return row < order.size() && row < item.rows.size() ? row : NO_INDEX;
 }
 
 void applyWidths(const widgets::ColumnsScope& columns, const Table& table)
 {
     for (std::size_t column = 0; column < table.m_header.size(); ++column)
-        columns.setWidth(static_cast<int>(column), table.m_header[column].widthFraction * kTableWidth);
+        columns.setWidth(static_cast<int>(column), table.m_header[column].widthFraction * layout::kWidth);
 }
 
 } // namespace
@@ -113,7 +118,7 @@ bool Render::drawTable(unsigned slot)
     Table& table = *tables[slot].table;
     if (table.m_header.empty())
         return false;
-    const widgets::IdScope id(static_cast<int>(itemId(ItemType::Table, slot)));
+    const widgets::IdScope id = itemScope(ItemType::Table, slot);
     const std::size_t doubleClicked = drawTableColumns(slot, table);
     if (doubleClicked != NO_INDEX)
         table.runDefaultAction(doubleClicked);
@@ -126,7 +131,7 @@ bool Render::drawTable(unsigned slot)
 std::size_t Render::drawTableColumns(unsigned slot, Table& table)
 {
     const std::size_t count = table.m_header.size();
-    const widgets::ColumnsScope columns(static_cast<int>(count), tables[slot].name.c_str(), kTableWidth);
+    const widgets::ColumnsScope columns(static_cast<int>(count), tables[slot].name.c_str(), layout::kWidth);
     if (std::exchange(tables[slot].widthsPending, false) || columns.isNew())
         applyWidths(columns, table);
     drawTableHeader(slot, table, count);
@@ -145,7 +150,7 @@ std::size_t Render::drawTableColumns(unsigned slot, Table& table)
 
 void Render::drawTableHeader(unsigned slot, Table& table, std::size_t columns)
 {
-    const widgets::StyleVarScope spacing(ImGuiStyleVar_ItemSpacing, kHeaderSpacing);
+    const widgets::HeaderScope spacing;
     for (std::size_t column = 0; column < columns; ++column) {
         const widgets::IdScope id(column);
         // Getters behind a click on an earlier column may have changed the columns.
@@ -163,13 +168,18 @@ void Render::sortTable(unsigned slot, Table& table, std::size_t column)
         updateTable(slot);
 }
 
+/// The row may have moved since the menu was opened: an entry acts on it where it stands now, and the
+/// selection goes there.
 void Render::drawTableMenu(unsigned slot, Table& table)
 {
     std::size_t entry = NO_INDEX;
     if (const widgets::PopupScope menu(kPopup); menu.open)
-        entry = clickedEntry(tables[slot]);
-    if (entry != NO_INDEX)
-        table.runAction(entry, table.m_selectedRow);
+        entry = clickedEntry(table);
+    const std::size_t row = entry == NO_INDEX ? NO_INDEX : menuRow(tables[slot]);
+    if (row == NO_INDEX)
+        return;
+    table.m_selectedRow = row;
+    table.runAction(entry, row);
 }
 
 } // namespace statistics

@@ -1,17 +1,20 @@
 #include "widgets.h"
 
+#include "layout.h"
+#include "text_lines.h"
+
 #include <imgui_internal.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 namespace statistics::widgets {
 
 namespace {
 
-constexpr float kLeastColumnWidth = 8.0f;     ///< pixels; ImGui fails on columns of no width
-constexpr float kMostColumnWidth = 100000.0f; ///< and on endless ones
-constexpr float kHeaderHeight = 20.0f;
-constexpr float kHeaderMargin = 12.0f; ///< between neighbouring header buttons
+/// Sets of more columns are dragged without pushing what follows, which ImGui does by recursion.
+constexpr int kMostPushedColumns = 4096;
 
 const char* begin(const std::string& text)
 {
@@ -39,10 +42,26 @@ ImRect lastItemRect()
     return {ImGui::GetItemRectMin(), ImGui::GetItemRectMax()};
 }
 
+/// False for an item out of view, for which ImGui's own widgets draw nothing either.
+bool isLastItemShown()
+{
+    return ImGui::IsItemVisible() || ImGui::GetCurrentContext()->LogEnabled;
+}
+
+void drawText(const std::string& text, const ImVec2& position)
+{
+    if (isLastItemShown())
+        ImGui::RenderText(position, begin(text), end(text), false);
+}
+
 void drawClipped(const std::string& text, const ImVec2& min, const ImVec2& max, const ImVec2& align,
                  const ImRect& clip)
 {
+    if (!isLastItemShown())
+        return;
     const ImVec2 size = sizeOf(text);
+    if (ImGui::GetCurrentContext()->LogEnabled)
+        ImGui::LogRenderedText(&min, begin(text), end(text));
     ImGui::RenderTextClippedEx(ImGui::GetWindowDrawList(), min, max, begin(text), end(text), &size, align,
                                &clip);
 }
@@ -72,14 +91,45 @@ bool nextWindowHasSize()
 
 } // namespace
 
+namespace {
+
+/// Keeps the borders of the frame before apart, before ImGui cuts the columns at them. Dragging one pushes
+/// those behind it past the end of the set, and ImGui fails on a column that ends before it begins. `least`
+/// and `most` are fractions of the set's width.
+void settleBorders(ImGuiOldColumns& set, int count, float least, float most)
+{
+    if (set.Columns.Size != count + 1) {
+        set.IsBeingResized = false; // ImGui makes the columns anew, and knows no widths before the dragging
+        return;
+    }
+    ImGuiOldColumnData* borders = set.Columns.Data;
+    // What the last column lost on the way to the right comes back on the way to the left.
+    if (set.IsBeingResized)
+        borders[count].OffsetNorm = borders[count].OffsetNormBeforeResize;
+    for (int border = 1; border <= count; ++border) {
+        const float before = borders[border - 1].OffsetNorm;
+        borders[border].OffsetNorm = std::clamp(borders[border].OffsetNorm, before + least, before + most);
+    }
+}
+
+} // namespace
+
 ColumnsScope::ColumnsScope(int count, const char* id, float width)
+    : m_workRectEnd(ImGui::GetCurrentWindow()->WorkRect.Max.x)
 {
     ImGuiWindow* window = ImGui::GetCurrentWindow();
-    m_workRectEnd = window->WorkRect.Max.x;
+    const auto columns = static_cast<float>(count);
+    const float setWidth = std::max(width, layout::kLeastColumnWidth * columns);
+    m_mostWidth =
+        std::clamp(layout::kMostColumnsWidth / columns, layout::kLeastColumnWidth, layout::kMostColumnWidth);
+    settleBorders(*ImGui::FindOrCreateColumns(window, ImGui::GetColumnsID(id, count)), count,
+                  layout::kLeastColumnWidth / setWidth, m_mostWidth / setWidth);
     // ImGui keeps each width as a fraction of the set's, which it takes from the window's work area: make
     // that area the layout's own for the time of the columns.
-    window->WorkRect.Max.x = window->Pos.x + window->DC.Indent.x + width;
-    ImGui::BeginColumns(id, count, ImGuiOldColumnFlags_NoForceWithinWindow);
+    window->WorkRect.Max.x = window->Pos.x + window->DC.Indent.x + layout::scaled(setWidth);
+    const ImGuiOldColumnFlags pushing =
+        count > kMostPushedColumns ? ImGuiOldColumnFlags_NoPreserveWidths : ImGuiOldColumnFlags_None;
+    ImGui::BeginColumns(id, count, ImGuiOldColumnFlags_NoForceWithinWindow | pushing);
     m_isNew = window->DC.CurrentColumns->IsFirstFrame;
     stretchRows();
 }
@@ -97,9 +147,25 @@ ColumnsScope::~ColumnsScope()
 
 void ColumnsScope::setWidth(int column, float width) const
 {
-    const float least = width > kLeastColumnWidth ? width : kLeastColumnWidth;
-    ImGui::SetColumnWidth(column, std::min(least, kMostColumnWidth));
+    ImGuiOldColumnData* border = &ImGui::GetCurrentWindow()->DC.CurrentColumns->Columns[column];
+    border[1].OffsetNorm = border[0].OffsetNorm + fractionOf(width);
     stretchRows();
+}
+
+void ColumnsScope::widen(int column, float width) const
+{
+    ImVector<ImGuiOldColumnData>& borders = ImGui::GetCurrentWindow()->DC.CurrentColumns->Columns;
+    const float more = fractionOf(width) - (borders[column + 1].OffsetNorm - borders[column].OffsetNorm);
+    for (int border = column + 1; more > 0.0f && border < borders.Size; ++border)
+        borders[border].OffsetNorm += more;
+    stretchRows();
+}
+
+float ColumnsScope::fractionOf(float width) const
+{
+    const ImGuiOldColumns& set = *ImGui::GetCurrentWindow()->DC.CurrentColumns;
+    const float least = width > layout::kLeastColumnWidth ? width : layout::kLeastColumnWidth;
+    return layout::scaled(std::min(least, m_mostWidth)) / (set.OffMaxX - set.OffMinX);
 }
 
 /// Where the last column ends on the screen.
@@ -137,39 +203,92 @@ bool treeNode(unsigned id, const std::string& text)
     return ImGui::TreeNodeBehavior(node, 0, begin(text), end(text));
 }
 
+void sameLineFrom(float column)
+{
+    const float place = std::floor(layout::scaled(column));
+    ImGui::SameLine(0.0f, 0.0f);
+    if (ImGui::GetCursorPosX() > place)
+        ImGui::SameLine(0.0f, -1.0f);
+    else
+        ImGui::SameLine(place, -1.0f);
+}
+
+namespace {
+
+/// A label that shows nothing: a blank, below as many line breaks as `text` has.
+class BlankLabel {
+public:
+    explicit BlankLabel(const std::string& text)
+    {
+        constexpr const char* kBlank = " ##blank";
+        const std::size_t breaks = std::min<std::size_t>(lineCount(text) - 1, m_text.size() - 9);
+        std::fill_n(m_text.begin(), breaks, '\n');
+        std::copy_n(kBlank, 9, m_text.begin() + static_cast<std::ptrdiff_t>(breaks));
+    }
+    const char* c_str() const { return m_text.data(); }
+
+private:
+    std::array<char, 64> m_text;
+};
+
+/// ImGui's own check box with a blank in place of the caption and as much space before it as the caption is
+/// wide, so that box, gap and caption take the mouse as one.
+bool wideCheckBox(const std::string& caption, bool* value)
+{
+    const BlankLabel label(caption);
+    ImVec2 spacing = ImGui::GetStyle().ItemInnerSpacing;
+    spacing.x += sizeOf(caption).x - sizeOf(" ").x;
+    const StyleVarScope space(ImGuiStyleVar_ItemInnerSpacing, spacing);
+    return ImGui::Checkbox(label.c_str(), value);
+}
+
+} // namespace
+
 bool checkBox(const std::string& caption, bool* value)
 {
     if (!isOddLabel(caption))
         return ImGui::Checkbox(caption.c_str(), value);
-    bool changed = ImGui::Checkbox("##box", value);
-    ImGui::SameLine(0.0f, ImGui::GetStyle().ItemInnerSpacing.x);
-    text(caption);
-    if (ImGui::IsItemClicked()) {
-        *value = !*value;
-        changed = true;
-    }
+    if (caption.empty())
+        return ImGui::Checkbox("##box", value);
+    const bool changed = wideCheckBox(caption, value);
+    const ImGuiStyle& style = ImGui::GetStyle();
+    const ImVec2 corner = ImGui::GetItemRectMin();
+    drawText(caption, ImVec2(corner.x + ImGui::GetFrameHeight() + style.ItemInnerSpacing.x,
+                             corner.y + style.FramePadding.y));
     return changed;
 }
 
 bool menuItem(const std::string& caption)
 {
-    if (!isOddLabel(caption))
+    // ImGui 1.86 gives each entry one line.
+    if (!isOddLabel(caption) && lineCount(caption) == 1)
         return ImGui::MenuItem(caption.c_str(), nullptr, false, true);
+    constexpr int kLikeMenuItem = ImGuiSelectableFlags_SelectOnRelease | ImGuiSelectableFlags_SpanAvailWidth;
     const ImVec2 position = ImGui::GetCursorScreenPos();
-    const bool pressed = ImGui::Selectable("##entry", false, 0, sizeOf(caption));
-    ImGui::GetWindowDrawList()->AddText(position, ImGui::GetColorU32(ImGuiCol_Text), begin(caption),
-                                        end(caption));
+    const bool pressed = ImGui::Selectable("##entry", false, kLikeMenuItem, sizeOf(caption));
+    drawText(caption, position);
     return pressed;
 }
 
+float columnWidthFor(const std::string& text)
+{
+    constexpr float kCut = 2.0f; // pixels that ImGui takes from the column's end
+    return (sizeOf(text).x + ImGui::GetStyle().ItemSpacing.x + kCut) / layout::scaled(1.0f);
+}
+
+HeaderScope::HeaderScope() : m_spacing(ImGuiStyleVar_ItemSpacing, layout::scaled(layout::kHeaderSpacing)) {}
+
 bool headerButton(const std::string& caption)
 {
-    const float width = std::max(ImGui::GetColumnWidth(-1) - kHeaderMargin, 1.0f);
-    const bool pressed = ImGui::Button("##header", ImVec2(width, kHeaderHeight));
     const ImGuiStyle& style = ImGui::GetStyle();
+    const ImVec2 size(std::max(ImGui::GetColumnWidth(-1) - layout::scaled(layout::kHeaderGap), 1.0f),
+                      layout::scaled(layout::kHeaderHeight));
+    const bool pressed = ImGui::Button("##header", size);
     const ImRect button = lastItemRect();
+    // The height is the layout's: padding gives way to the text.
+    const float padding = std::min(style.FramePadding.y, (size.y - ImGui::GetFontSize()) / 2.0f);
     ImRect inside = button;
-    inside.Expand(ImVec2(-style.FramePadding.x, -style.FramePadding.y));
+    inside.Expand(ImVec2(-style.FramePadding.x, -padding));
     drawClipped(caption, inside.Min, inside.Max, style.ButtonTextAlign, button);
     return pressed;
 }
@@ -178,9 +297,9 @@ bool rowSelectable(const std::string& text, bool selected)
 {
     ImVec2 position = ImGui::GetCursorScreenPos();
     position.y += ImGui::GetCurrentWindow()->DC.CurrLineTextBaseOffset;
-    const bool tall = text.find('\n') != std::string::npos;
+    const bool tall = lineCount(text) > 1;
     const bool pressed = overlappedSelectable(selected, ImVec2(0.0f, tall ? sizeOf(text).y : 0.0f));
-    ImGui::GetWindowDrawList()->AddText(position, ImGui::GetColorU32(ImGuiCol_Text), begin(text), end(text));
+    drawText(text, position);
     return pressed;
 }
 
@@ -188,7 +307,7 @@ void progressBar(float fraction, const std::string& overlay)
 {
     const float filled = fraction > 0.0f ? std::min(fraction, 1.0f) : 0.0f;
     ImGui::ProgressBar(filled, ImVec2(0.0f, 0.0f), "");
-    if (overlay.empty() || !ImGui::IsItemVisible())
+    if (overlay.empty())
         return;
     const ImGuiStyle& style = ImGui::GetStyle();
     const ImRect bar = lastItemRect();

@@ -57,9 +57,11 @@ public:
 };
 
 /// Columns whose set is as wide as it was laid out, whatever the window does: widths stay for any size of the
-/// window, any indent and scrollbar, and where the user dragged a border.
+/// window, any indent and scrollbar, and where the user dragged a border. A border that is dragged to the
+/// right takes from the last column as far as its floor; from there on the set grows.
 class [[nodiscard]] ColumnsScope {
 public:
+    /// `width` of all columns together, in pixels of the layout. ImGui keeps what the user did under `id`.
     ColumnsScope(int count, const char* id, float width);
     ~ColumnsScope();
     ColumnsScope(const ColumnsScope&) = delete;
@@ -67,14 +69,19 @@ public:
 
     /// True if ImGui has no widths for these columns yet: a new context, or another number of columns.
     bool isNew() const { return m_isNew; }
-    /// `width` in pixels; it has a floor and a ceiling, and what isn't a number counts as zero.
+    /// `width` in pixels of the layout; it has a floor and a ceiling, and what isn't a number counts as zero.
+    /// To be called for all columns, from left to right.
     void setWidth(int column, float width) const;
+    /// Moves what follows, unless the column is as wide already.
+    void widen(int column, float width) const;
 
 private:
     static float columnsEnd();
     static void stretchRows();
+    float fractionOf(float width) const;
 
     float m_workRectEnd;
+    float m_mostWidth; ///< of a column, in pixels of the layout
     bool m_isNew;
 };
 
@@ -84,34 +91,33 @@ bool isInsideFrame();
 /// set.
 void suggestNextWindowSize(const ImVec2& size);
 
+/// Puts what follows on the line of the item before, at `column` of the window in pixels of the layout, or
+/// behind that item where it reaches past the column.
+void sameLineFrom(float column);
+
 void text(const std::string& text);
 /// A tree node with an identity of its own in the present scope. True if it is open; then `ImGui::TreePop`
 /// ends it.
 bool treeNode(unsigned id, const std::string& text);
 bool checkBox(const std::string& caption, bool* value);
+/// An entry of a popup, which closes when the entry is clicked.
 bool menuItem(const std::string& caption);
+/// As wide as the column that shows `text` needs to be, in pixels of the layout.
+float columnWidthFor(const std::string& text);
+/// The spacing around the buttons on top of columns.
+class [[nodiscard]] HeaderScope {
+public:
+    HeaderScope();
+
+private:
+    StyleVarScope m_spacing;
+};
 /// The button on top of a column.
 bool headerButton(const std::string& caption);
 /// A text that selects the whole row, beneath what follows in it.
 bool rowSelectable(const std::string& text, bool selected);
 /// `fraction` below zero or NaN shows an empty bar. The overlay stands behind the filled part.
 void progressBar(float fraction, const std::string& overlay);
-
-/// Calls `draw` for the rows in view. Rows that aren't equally high are all drawn.
-template<typename Draw>
-void forEachVisibleRow(std::size_t count, bool uniform, const Draw& draw)
-{
-    if (!uniform) {
-        for (std::size_t row = 0; row < count; ++row)
-            draw(row);
-        return;
-    }
-    ImGuiListClipper clipper;
-    clipper.Begin(static_cast<int>(count), ImGui::GetTextLineHeightWithSpacing());
-    while (clipper.Step())
-        for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row)
-            draw(static_cast<std::size_t>(row));
-}
 
 /// What the height of a line depends on besides its text.
 struct LineMetrics {
