@@ -143,8 +143,8 @@ statistics::DiffTable comparison(std::size_t snapshots)
 {
     statistics::DiffTable table;
     for (std::size_t snapshot = 0; snapshot < snapshots; ++snapshot)
-        table.addEntries(table.addColumn("run_" + std::to_string(snapshot), snapshot),
-                         entries(kCompared, static_cast<float>(snapshot)));
+        table.addSnapshot("run_" + std::to_string(snapshot), snapshot,
+                          entries(kCompared, static_cast<float>(snapshot)));
     return table;
 }
 

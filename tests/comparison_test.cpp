@@ -7,6 +7,7 @@
 #include <cmath>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -34,21 +35,16 @@ std::string shape(const DiffTable& table)
     return text;
 }
 
-void add(DiffTable& table, const std::string& title, std::size_t snapshot, const Entries& entries)
-{
-    table.addEntries(table.addColumn(title, snapshot), entries);
-}
-
 TEST(ComparisonModel, flagsTheRowsWhoseValuesAreNotAllEqual)
 {
     const CounterValue none;
     const CounterValue seven = std::string("7");
     DiffTable table;
-    add(table, "A", 0,
-        {{"a", 7}, {"b", 7.0F}, {"c", none}, {"d", NAN}, {"", 5}, {"e", 0}, {"f", 1}, {"f", 2}});
+    table.addSnapshot(
+        "A", 0, {{"a", 7}, {"b", 7.0F}, {"c", none}, {"d", NAN}, {"", 5}, {"e", 0}, {"f", 1}, {"f", 2}});
     EXPECT_EQ(shape(table), "A0 ; a: i7; b: d7; c: ---; d: dnan; : i5; e: i0; f: i2");
-    add(table, "B", 1,
-        {{"g", 1}, {"f", 2U}, {"d", NAN}, {"c", none}, {"b", seven}, {"a", seven}, {"h", 0.0F}});
+    table.addSnapshot(
+        "B", 1, {{"g", 1}, {"f", 2U}, {"d", NAN}, {"c", none}, {"b", seven}, {"a", seven}, {"h", 0.0F}});
     EXPECT_EQ(shape(table),
               "A0 B1 ; a: i7 s7; b! d7 s7; c: --- ---; d! dnan dnan; ! i5 i0; e: i0 i0; f: i2 u2; "
               "g! i0 i1; h: i0 d0");
@@ -58,49 +54,76 @@ TEST(ComparisonModel, columnsLeaveAndComeBackAtTheRightEnd)
 {
     DiffTable table;
     table.m_selectedRow = 1;
-    add(table, "A", 4, {{"x", 1}, {"only A", 5}});
-    add(table, "B", 2, {{"x", 2}, {"y", 3}});
-    add(table, "C", 9, {{"x", 2}, {"y", 3}});
+    table.addSnapshot("A", 4, {{"x", 1}, {"only A", 5}});
+    table.addSnapshot("B", 2, {{"x", 2}, {"y", 3}});
+    table.addSnapshot("C", 9, {{"x", 2}, {"y", 3}});
     EXPECT_TRUE(table.addColumn("another title", 2) == 1 && table.addRow("y") == 2);
     EXPECT_EQ(shape(table), "A4 B2 C9 ; x! i1 i2 i2; only A! i5 i0 i0; y! i0 i3 i3");
     table.removeColumn(3); // there is none
     table.removeColumn(4);
     EXPECT_EQ(shape(table), "B2 C9 ; x: i2 i2; only A: i0 i0; y: i3 i3");
-    add(table, "A", 4, {{"only A", 5}});
+    table.addSnapshot("A", 4, {{"only A", 5}});
     EXPECT_EQ(shape(table), "B2 C9 A4 ; x! i2 i2 i0; only A! i0 i0 i5; y! i3 i3 i0");
     for (const std::size_t snapshot : {9U, 2U, 4U}) {
         table.removeColumn(snapshot);
     }
     EXPECT_EQ(shape(table), "");
-    add(table, "B", 2, {{"y", 3}, {"x", 2}});
+    table.addSnapshot("B", 2, {{"y", 3}, {"x", 2}});
     EXPECT_EQ(shape(table), "B2 ; y: i3; x: i2");
     table.clear();
     EXPECT_EQ(shape(table), "");
     EXPECT_EQ(table.m_selectedRow, 1U); // a selection outlives its row
 }
 
-TEST(ComparisonModel, manyEntriesAtOnceGiveTheSameAsOneByOne)
+TEST(ComparisonModel, wholeSnapshotsGiveTheSameAsRowsAndCellsOneByOne)
 {
     std::mt19937 random(1);
     const auto below = [&](int end) { return std::uniform_int_distribution<int>(0, end - 1)(random); };
-    for (int round = 0; round < 200; ++round) {
+    const CounterValue values[] = {0, 1, 1U, 0.0F, -0.0F, NAN, std::string("-0.000"), std::string("1"), {}};
+    for (int round = 0; round < 300; ++round) {
         DiffTable atOnce;
         DiffTable oneByOne;
         const int captions = 1 + below(60);
-        for (std::size_t snapshot = 0; snapshot < 4; ++snapshot) {
-            Entries entries;
-            for (int count = below(100); count > 0; --count) {
-                const std::string caption = std::string(below(2) ? 40 : 0, 'c');
-                entries.emplace_back(caption + std::to_string(round % 2 ? below(captions) : count), below(3));
-            }
-            add(atOnce, "s", snapshot % 3, entries);
-            const std::size_t column = oneByOne.addColumn("s", snapshot % 3);
-            for (const auto& [caption, value] : entries) {
-                oneByOne.setValue(oneByOne.addRow(caption), column, value);
+        for (int step = 0; step < 12; ++step) {
+            const auto snapshot = static_cast<std::size_t>(below(5));
+            if (below(3) == 0) {
+                atOnce.removeColumn(snapshot);
+                oneByOne.removeColumn(snapshot);
+                for (statistics::DiffTableRow& row : oneByOne.m_rows) {
+                    oneByOne.updateChanged(row);
+                }
+            } else {
+                Entries entries;
+                for (int count = below(60); count > 0; --count) {
+                    const std::string caption = std::string(below(2) ? 40 : 0, 'c');
+                    entries.emplace_back(caption + std::to_string(round % 2 ? below(captions) : count),
+                                         values[below(9)]);
+                }
+                atOnce.addSnapshot("s", snapshot, entries);
+                const std::size_t column = oneByOne.addColumn("s", snapshot);
+                for (const auto& [caption, value] : entries) {
+                    oneByOne.setValue(oneByOne.addRow(caption), column, value);
+                }
             }
             ASSERT_EQ(shape(atOnce), shape(oneByOne));
         }
     }
+}
+
+TEST(ComparisonModel, findsTheRowsOfACopyThatAHostHasRearranged)
+{
+    DiffTable table;
+    table.addSnapshot("A", 0, {{"x", 1}, {"y", 2}, {"z", 3}});
+    table.addRow("x");
+    DiffTable copy = table;
+    std::swap(copy.m_rows[0], copy.m_rows[2]);
+    EXPECT_EQ(copy.addRow("x"), 2U);
+    EXPECT_EQ(table.addRow("x"), 0U);
+    copy.m_rows.erase(copy.m_rows.begin());
+    EXPECT_EQ(copy.addRow("z"), 2U);
+    copy.m_rows.push_back({"by hand", {7}});
+    EXPECT_EQ(copy.addRow("by hand"), 3U);
+    EXPECT_EQ(shape(copy), "A0 ; y: i2; x: i1; z: i0; by hand: i7");
 }
 
 class Comparison : public test::Panel {

@@ -1,10 +1,12 @@
+// The index is a flat table of hashes and rows, a power of two long and at most half full; a row stands at
+// its hash or behind it, in the first free place. Rows only ever leave it all together.
+
 #include <statistics/diff_table.h>
 
-#include "name_index.h"
-
 #include <algorithm>
-#include <cstdint>
-#include <optional>
+#include <cmath>
+#include <functional>
+#include <iterator>
 
 namespace statistics {
 
@@ -14,81 +16,152 @@ namespace {
 constexpr int kFiller = 0;
 
 constexpr std::size_t kUsualColumns = 4; ///< room in a new row
-constexpr unsigned kNoRow = static_cast<unsigned>(-1);
+constexpr std::size_t kLeastIndex = 64;
+constexpr auto kNoRow = static_cast<std::uint32_t>(-1);
 
-/// Finds rows by caption, for the time of one bulk addition.
-class RowFinder {
-public:
-    RowFinder(const std::vector<DiffTableRow>& rows, std::size_t expected) : m_rows(rows)
-    {
-        m_index.reset(rows.size() + expected);
-        for (std::size_t row = 0; row < rows.size(); ++row)
-            add(hash(rows[row].caption), row);
-    }
-    static std::uint32_t hash(const std::string& caption) { return NameIndex::hash(0, caption); }
-    void add(std::uint32_t hash, std::size_t row) { m_index.add(hash, static_cast<unsigned>(row)); }
-    unsigned find(std::uint32_t hash, const std::string& caption) const
-    {
-        return m_index.find(hash, kNoRow, [&](unsigned row) { return m_rows[row].caption == caption; });
-    }
+std::uint32_t hashOf(const std::string& caption)
+{
+    const std::size_t hash = std::hash<std::string>()(caption);
+    return static_cast<std::uint32_t>((hash ^ (hash >> 31u)) & 0xFFFFFFFFu);
+}
 
-private:
-    const std::vector<DiffTableRow>& m_rows;
-    NameIndex m_index;
-};
+/// Each value compares with the one exactly as with the other.
+bool isIdentical(const CounterValue& left, const CounterValue& right)
+{
+    const bool sameKind = left.isInt() == right.isInt() && left.isUInt() == right.isUInt() &&
+                          left.isDecimal() == right.isDecimal() && left.isString() == right.isString();
+    const bool sameSign = !left.isDecimal() || std::signbit(left.toFloat()) == std::signbit(right.toFloat());
+    return sameKind && sameSign && left == right; // zeros of two signs are equal, but print differently
+}
+
+/// The row's flag once the value at `position` is gone. Looks at the other values only if need be.
+bool isChangedWithout(const DiffTableRow& row, std::size_t position)
+{
+    const std::vector<CounterValue>& values = row.values;
+    const std::size_t first = position == 0 ? 1 : 0;
+    if (values.size() <= 2)
+        return false;
+    if (position == 0 ? isIdentical(values[0], values[1]) : !row.changed || values[position] == values[0])
+        return row.changed;
+    for (std::size_t column = first + 1; column < values.size(); ++column)
+        if (column != position && values[column] != values[first])
+            return true;
+    return false;
+}
 
 } // namespace
 
-std::size_t DiffTable::addColumn(const std::string& title, std::size_t snapshot)
+/// A value on its way into a row.
+struct DiffTable::Cell {
+    CounterValue value = kFiller;
+    bool differs = false; ///< from the row's first value
+};
+
+/// Takes the rows that were added back, unless they are kept.
+class [[nodiscard]] DiffTable::NewRows {
+public:
+    explicit NewRows(DiffTable& table) : m_table(table), m_count(table.m_rows.size()) {}
+    ~NewRows()
+    {
+        if (m_count < m_table.m_rows.size())
+            m_table.m_rows.erase(m_table.m_rows.begin() + static_cast<std::ptrdiff_t>(m_count),
+                                 m_table.m_rows.end());
+    }
+    NewRows(const NewRows&) = delete;
+    NewRows& operator=(const NewRows&) = delete;
+    void keep() { m_count = m_table.m_rows.size(); }
+
+private:
+    DiffTable& m_table;
+    std::size_t m_count;
+};
+
+void DiffTable::addSnapshot(const std::string& title, std::size_t snapshot, const Entries& entries)
+{
+    NewRows added(*this);
+    std::vector<Cell> cells = gather(entries);
+    const std::size_t known = columnOf(snapshot);
+    if (known < m_columns.size()) {
+        added.keep();
+        for (const auto& [caption, value] : entries)
+            setValue(addRow(caption), known, value);
+        return;
+    }
+    reserveColumn();
+    m_columns.push_back({title, snapshot});
+    added.keep();
+    for (std::size_t row = 0; row < cells.size(); ++row) {
+        m_rows[row].values.push_back(std::move(cells[row].value));
+        m_rows[row].changed |= cells[row].differs;
+    }
+}
+
+/// One cell per row, rows that must be made included.
+std::vector<DiffTable::Cell> DiffTable::gather(const Entries& entries)
+{
+    std::vector<Cell> cells(m_rows.size());
+    std::size_t row = 0;
+    for (const auto& [caption, value] : entries) {
+        // Snapshots of one program mostly hold the same captions in the same order: look there first.
+        if (row >= m_rows.size() || m_rows[row].caption != caption)
+            row = addRow(caption);
+        if (row >= cells.size())
+            cells.resize(m_rows.size());
+        cells[row++].value = value;
+    }
+    for (row = 0; row < cells.size(); ++row)
+        cells[row].differs = !m_columns.empty() && cells[row].value != m_rows[row].values.front();
+    return cells;
+}
+
+/// Makes room in each row, so that appending can't fail.
+void DiffTable::reserveColumn()
+{
+    for (DiffTableRow& row : m_rows)
+        if (row.values.size() == row.values.capacity())
+            row.values.reserve(std::max(kUsualColumns, 2 * row.values.size()));
+}
+
+std::size_t DiffTable::columnOf(std::size_t snapshot) const
 {
     const auto same = [&](const DiffTableColumn& column) { return column.snapshot == snapshot; };
     const auto found = std::find_if(m_columns.begin(), m_columns.end(), same);
-    const auto position = static_cast<std::size_t>(found - m_columns.begin());
-    if (found != m_columns.end())
-        return position;
-    m_columns.push_back({title, snapshot});
-    for (DiffTableRow& row : m_rows) {
-        row.values.emplace_back(kFiller);
-        updateChanged(row);
+    return static_cast<std::size_t>(found - m_columns.begin());
+}
+
+std::size_t DiffTable::addColumn(const std::string& title, std::size_t snapshot)
+{
+    const std::size_t known = columnOf(snapshot);
+    if (known == m_columns.size())
+        addSnapshot(title, snapshot, {});
+    return known;
+}
+
+void DiffTable::removeColumn(std::size_t snapshot)
+{
+    const std::size_t position = columnOf(snapshot);
+    if (position == m_columns.size())
+        return;
+    if (m_columns.size() == 1)
+        return clear();
+    std::vector<bool> changed;
+    changed.reserve(m_rows.size());
+    for (const DiffTableRow& row : m_rows)
+        changed.push_back(isChangedWithout(row, position));
+    const auto offset = static_cast<std::ptrdiff_t>(position);
+    m_columns.erase(m_columns.begin() + offset);
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        m_rows[row].values.erase(m_rows[row].values.begin() + offset);
+        m_rows[row].changed = changed[row];
     }
-    return position;
 }
 
-std::size_t DiffTable::addRow(const std::string& caption)
+void DiffTable::clear()
 {
-    const auto same = [&](const DiffTableRow& row) { return row.caption == caption; };
-    const auto found = std::find_if(m_rows.begin(), m_rows.end(), same);
-    return found != m_rows.end() ? static_cast<std::size_t>(found - m_rows.begin()) : appendRow(caption);
-}
-
-std::size_t DiffTable::appendRow(const std::string& caption)
-{
-    DiffTableRow& row = m_rows.emplace_back();
-    row.caption = caption;
-    row.values.reserve(kUsualColumns);
-    row.values.assign(m_columns.size(), kFiller);
-    return m_rows.size() - 1;
-}
-
-void DiffTable::addEntries(std::size_t column, const Entries& entries)
-{
-    m_rows.reserve(m_rows.size() + entries.size());
-    std::optional<RowFinder> finder;
-    std::size_t expected = 0;
-    for (const auto& [caption, value] : entries) {
-        // Snapshots of one program mostly hold the same captions in the same order: look there first.
-        if (expected >= m_rows.size() || m_rows[expected].caption != caption) {
-            if (!finder)
-                finder.emplace(m_rows, entries.size());
-            const std::uint32_t hash = RowFinder::hash(caption);
-            expected = finder->find(hash, caption);
-            if (expected == kNoRow) {
-                expected = appendRow(caption);
-                finder->add(hash, expected);
-            }
-        }
-        setValue(expected++, column, value);
-    }
+    m_rows.clear();
+    m_columns.clear();
+    m_index.clear();
+    m_indexed = 0;
 }
 
 void DiffTable::setValue(std::size_t row, std::size_t column, const CounterValue& value)
@@ -103,28 +176,70 @@ void DiffTable::updateChanged(DiffTableRow& row)
     row.changed = row.values.size() > 1 && std::any_of(row.values.begin() + 1, row.values.end(), differs);
 }
 
-void DiffTable::removeColumn(std::size_t snapshot)
+std::size_t DiffTable::addRow(const std::string& caption)
 {
-    const auto same = [&](const DiffTableColumn& column) { return column.snapshot == snapshot; };
-    const auto found = std::find_if(m_columns.begin(), m_columns.end(), same);
-    if (found == m_columns.end())
-        return;
-    const auto position = found - m_columns.begin();
-    m_columns.erase(found);
-    if (m_columns.empty()) {
-        m_rows.clear();
-        return;
-    }
-    for (DiffTableRow& row : m_rows) {
-        row.values.erase(row.values.begin() + position);
-        updateChanged(row);
-    }
+    const std::uint32_t hash = hashOf(caption);
+    const std::size_t known = findRow(hash, caption);
+    if (known < m_rows.size())
+        return known;
+    DiffTableRow row;
+    row.caption = caption;
+    row.values.reserve(kUsualColumns);
+    row.values.assign(m_columns.size(), kFiller);
+    m_rows.push_back(std::move(row));
+    addToIndex(hash, known);
+    return known;
 }
 
-void DiffTable::clear()
+/// The number of rows if there is none. Afterwards the index has room for one more.
+std::size_t DiffTable::findRow(std::uint32_t hash, const std::string& caption)
 {
-    m_rows.clear();
-    m_columns.clear();
+    std::size_t row = m_rows.size();
+    const bool isFull = 2 * (m_indexed + 1) > m_index.size();
+    if (isFull || m_indexed != m_rows.size() || !isIndexed(hash, caption, row)) {
+        rebuildIndex();
+        isIndexed(hash, caption, row);
+    }
+    return row;
+}
+
+/// Searches and sets `row` if it is found. False if the index is out of date: another row stands where it
+/// told.
+bool DiffTable::isIndexed(std::uint32_t hash, const std::string& caption, std::size_t& row) const
+{
+    bool isCurrent = true;
+    const std::size_t mask = m_index.size() - 1;
+    for (std::size_t at = hash & mask; m_index[at].second != kNoRow; at = (at + 1) & mask) {
+        if (m_index[at].first != hash)
+            continue;
+        isCurrent = m_rows[m_index[at].second].caption == caption;
+        if (isCurrent) {
+            row = m_index[at].second;
+            return true;
+        }
+    }
+    return isCurrent;
+}
+
+void DiffTable::addToIndex(std::uint32_t hash, std::size_t row)
+{
+    const std::size_t mask = m_index.size() - 1;
+    std::size_t at = hash & mask;
+    while (m_index[at].second != kNoRow)
+        at = (at + 1) & mask;
+    m_index[at] = {hash, static_cast<std::uint32_t>(row)};
+    ++m_indexed;
+}
+
+void DiffTable::rebuildIndex()
+{
+    std::size_t size = kLeastIndex;
+    while (size < 4 * (m_rows.size() + 1))
+        size *= 2;
+    m_index.assign(size, {0, kNoRow});
+    m_indexed = 0;
+    for (std::size_t row = 0; row < m_rows.size(); ++row)
+        addToIndex(hashOf(m_rows[row].caption), row);
 }
 
 } // namespace statistics

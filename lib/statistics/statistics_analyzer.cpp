@@ -161,7 +161,7 @@ void StatisticsAnalyzer::addToDiff(std::size_t index)
     if (index >= snapshots.size())
         return;
     const Snapshot& snapshot = snapshots[index];
-    diffTable.addEntries(diffTable.addColumn(snapshot.name, snapshot.index), snapshot.values);
+    diffTable.addSnapshot(snapshot.name, snapshot.index, snapshot.values);
 }
 
 void StatisticsAnalyzer::removeFromDiff(std::size_t index)

@@ -4,6 +4,7 @@
 #include <statistics/value.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,31 +26,54 @@ struct DiffTableColumn {
 
 /// The comparison of snapshots side by side: a copy of their values, independent of the snapshots' later
 /// fate. Rows stand in the order in which their captions first turned up, columns in the order in which the
-/// snapshots were added. Hosts read the three fields, through `System::getDiffTable`.
+/// snapshots were added. Hosts read the three fields, through `System::getDiffTable`, and may keep a copy.
+///
+/// Every row has one value per column, and no two rows have one caption. Rows are found by an index of
+/// captions, which notices when a host has moved, added or removed rows of its copy, but not that it has
+/// given a row a new caption. No operation runs host functors. Where memory fails in one, every row still has
+/// one value per column, and a snapshot is in whole or not at all.
 class STATISTICS_EXPORT DiffTable {
 public:
-    /// The position of the snapshot's column, made if need be. Linear in columns, and in rows if it is made.
-    std::size_t addColumn(const std::string& title, std::size_t snapshot);
-    /// The position of the caption's row, made if need be. Linear in rows.
-    std::size_t addRow(const std::string& caption);
-    /// Stores one cell, kind included, and updates the row's flag. Both positions must exist.
-    void setValue(std::size_t row, std::size_t column, const CounterValue& value);
-    /// Brings many cells of one column in, in order: `addRow` and `setValue` for each entry of caption and
-    /// value, in time proportional to rows and entries.
+    /// Caption and value of each counter in a snapshot.
     using Entries = std::vector<std::pair<std::string, CounterValue>>;
-    void addEntries(std::size_t column, const Entries& entries);
-    /// Recomputes the row's flag.
-    void updateChanged(DiffTableRow& row);
+
+    /// Brings a whole snapshot in: `addColumn`, then `addRow` and `setValue` for each entry, in order. Of
+    /// entries with one caption the last one counts. Takes time in proportion to rows and entries, however
+    /// many columns there are; for a snapshot that is in already, entries times columns.
+    void addSnapshot(const std::string& title, std::size_t snapshot, const Entries& entries);
     /// Takes a snapshot out; its captions stay until the last column goes. Unknown snapshots change nothing.
     void removeColumn(std::size_t snapshot);
     void clear();
+
+    /// The position of the snapshot's column, made if need be, filled with `Int` 0.
+    std::size_t addColumn(const std::string& title, std::size_t snapshot);
+    /// The position of the caption's row, made if need be, filled with `Int` 0. Takes the same time however
+    /// many rows there are, but for the first call after rows were moved by hand.
+    std::size_t addRow(const std::string& caption);
+    /// Stores one cell, kind included, and updates the row's flag. Both positions must exist.
+    void setValue(std::size_t row, std::size_t column, const CounterValue& value);
+    /// Recomputes the row's flag: some value differs from the first.
+    void updateChanged(DiffTableRow& row);
 
     std::vector<DiffTableRow> m_rows;
     std::vector<DiffTableColumn> m_columns;
     std::size_t m_selectedRow = static_cast<std::size_t>(-1); ///< position in `m_rows`; all bits set: none
 
 private:
-    std::size_t appendRow(const std::string& caption);
+    struct Cell;
+    class NewRows;
+
+    std::size_t columnOf(std::size_t snapshot) const;
+    std::vector<Cell> gather(const Entries& entries);
+    void reserveColumn();
+    std::size_t findRow(std::uint32_t hash, const std::string& caption);
+    bool isIndexed(std::uint32_t hash, const std::string& caption, std::size_t& row) const;
+    void addToIndex(std::uint32_t hash, std::size_t row);
+    void rebuildIndex();
+
+    // Derived from the captions, can be thrown away at any time.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> m_index; ///< hash and row; see the source
+    std::size_t m_indexed = 0;                                    ///< rows that it knows
 };
 
 } // namespace statistics
