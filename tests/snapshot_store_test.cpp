@@ -4,7 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <ctime>
+#include <future>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -57,6 +62,22 @@ TEST_F(SnapshotStore, aNewSnapshotIsNamedAfterFolderAndLocalTimeAndHoldsTheBytes
     EXPECT_TRUE(taken.values[0].second.isUInt() && next.snapshots[0].values[0].second.isDecimal());
 }
 
+TEST(SnapshotStamp, followsTheTimeZoneAndFallsBackToSeconds)
+{
+    EXPECT_EQ(statistics::timeStamp(253433923200), "253433923200"); // the year 10001
+    EXPECT_EQ(statistics::timeStamp(std::numeric_limits<std::time_t>::max()), "9223372036854775807");
+#ifndef _WIN32
+    const char* const zone = std::getenv("TZ");
+    const std::string before = zone ? zone : "";
+    setenv("TZ", "UTC", 1);
+    EXPECT_EQ(statistics::timeStamp(1709993107), "2024_03_09-14_05_07");
+    setenv("TZ", "Far-5:30", 1);
+    EXPECT_EQ(statistics::timeStamp(1709993107), "2024_03_09-19_35_07");
+    zone ? setenv("TZ", before.c_str(), 1) : unsetenv("TZ");
+    tzset();
+#endif
+}
+
 #ifndef _WIN32
 
 TEST_F(SnapshotStore, findsTheFilesOfAllFoldersAsTheFileSystemDeliversThem)
@@ -100,6 +121,55 @@ TEST_F(SnapshotStore, aRootThatCannotBeListedIsEmptyAndTakesSnapshotsStill)
         EXPECT_EQ(dir.has(root + ("/bench/" + store.snapshots[0].name)), *root == 'm') << root;
     }
     EXPECT_EQ(dir.read("file"), "bytes");
+}
+
+TEST_F(SnapshotStore, staysWhereItWasMadeWhenTheHostChangesItsDirectory)
+{
+    const fs::path before = fs::current_path();
+    dir.write("there/root/one/a.csv", kHead);
+    dir.write("elsewhere/root/one/mine.csv", kHead);
+    fs::current_path(dir("there"));
+    StatisticsAnalyzer store("root", "bench");
+    fs::current_path(dir("elsewhere"));
+    store.saveSnapshot({});
+    EXPECT_TRUE(dir.has("there/root/bench"));
+    store.clearSnapshots();
+    fs::current_path(before);
+    EXPECT_EQ(store.root, "root");
+    EXPECT_TRUE(fs::is_empty(dir("there/root")));
+    EXPECT_TRUE(dir.has("elsewhere/root/one/mine.csv"));
+}
+
+TEST_F(SnapshotStore, aFileThatStandsWhereAFolderWasStaysAndIsAnError)
+{
+    dir.write("root/one/a.csv", kHead);
+    StatisticsAnalyzer store(dir("root"), "bench");
+    fs::remove_all(dir("root/one"));
+    dir.write("root/one", "mine");
+    EXPECT_THROW(store.clearSnapshots(), fs::filesystem_error);
+    EXPECT_EQ(dir.read("root/one"), "mine");
+    EXPECT_EQ(store.snapshots.size(), 1U);
+    fs::remove(dir("root/one"));
+    store.clearSnapshots(); // what is gone already is no error
+    EXPECT_TRUE(store.snapshots.empty());
+}
+
+TEST_F(SnapshotStore, processesThatTakeScanAndClearInOneRootNeverDisturbEachOther)
+{
+    std::atomic<bool> done{false};
+    const auto work = [&](const std::string& folder) {
+        while (!done) {
+            StatisticsAnalyzer store(dir("root"), folder);
+            store.saveSnapshot({{"a", 1}});
+            store.clearSnapshots();
+        }
+    };
+    auto one = std::async(std::launch::async, work, "one");
+    auto two = std::async(std::launch::async, work, "two");
+    one.wait_for(std::chrono::milliseconds(300));
+    done = true;
+    EXPECT_NO_THROW(one.get());
+    EXPECT_NO_THROW(two.get());
 }
 
 TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)

@@ -50,26 +50,33 @@ void forEachEntry(fs::directory_iterator entries, const fs::path& directory, con
     }
 }
 
+/// Empty for a directory that is gone.
 fs::directory_iterator open(const fs::path& directory)
 {
     std::error_code error;
     fs::directory_iterator entries(directory, error);
-    throwIf(error, "directory_iterator::directory_iterator", directory);
+    if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
+        throwIf(error, "directory_iterator::directory_iterator", directory);
     return entries;
 }
 
-/// The local time in seconds, as in "2024_03_09-14_05_07".
-std::string timeStamp()
+fs::path absolutePath(const fs::path& path)
 {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
+    std::error_code error;
+    fs::path result = fs::absolute(path, error);
+    throwIf(error, "absolute", path);
+    return result;
+}
+
+bool localTime(std::time_t moment, std::tm& local)
+{
 #ifdef _WIN32
-    localtime_s(&local, &now);
+    _tzset();
+    return localtime_s(&local, &moment) == 0;
 #else
-    localtime_r(&now, &local);
+    tzset(); // localtime_r looks at the environment only once
+    return localtime_r(&moment, &local) != nullptr;
 #endif
-    char stamp[20];
-    return {stamp, std::strftime(stamp, sizeof(stamp), "%Y_%m_%d-%H_%M_%S", &local)};
 }
 
 } // namespace
@@ -86,15 +93,24 @@ bool isRootName(const std::string& name)
     return !name.empty() && name.find('\0') == std::string::npos;
 }
 
+std::string timeStamp(std::time_t moment)
+{
+    std::tm local{};
+    char stamp[20];
+    const std::size_t length =
+        localTime(moment, local) ? std::strftime(stamp, sizeof(stamp), "%Y_%m_%d-%H_%M_%S", &local) : 0;
+    return length > 0 ? std::string(stamp, length) : std::to_string(moment);
+}
+
 StatisticsAnalyzer::StatisticsAnalyzer(std::string rootDirectory, std::string folderName)
-    : root(std::move(rootDirectory)), folder(std::move(folderName))
+    : root(std::move(rootDirectory)), folder(std::move(folderName)), m_place(toText(absolutePath(toPath(root))))
 {
     scanSnapshots();
 }
 
 void StatisticsAnalyzer::scanSnapshots()
 {
-    const fs::path directory = toPath(root);
+    const fs::path directory = toPath(m_place);
     std::error_code unreadable; // a root that isn't there holds nothing
     forEachEntry(fs::directory_iterator(directory, unreadable), directory, [this](const auto& folderEntry) {
         if (typeOf(folderEntry) != fs::file_type::directory)
@@ -107,25 +123,32 @@ void StatisticsAnalyzer::scanSnapshots()
     });
 }
 
+std::string StatisticsAnalyzer::pathOf(const std::string& inFolder) const
+{
+    return Orv::orv_format("%s/%s", m_place.c_str(), inFolder.c_str());
+}
+
 void StatisticsAnalyzer::loadSnapshot(const std::string& name, const std::string& inFolder)
 {
-    const std::string path = Orv::orv_format("%s/%s/%s", root.c_str(), inFolder.c_str(), name.c_str());
+    const std::string path = Orv::orv_format("%s/%s", pathOf(inFolder).c_str(), name.c_str());
     snapshots.push_back({snapshots.size(), name, inFolder, readSnapshot(path)});
 }
 
 void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)
 {
-    const std::string name = Orv::orv_format("%s_%s.csv", folder.c_str(), timeStamp().c_str());
-    const SnapshotWriting writing =
-        writeSnapshot(Orv::orv_format("%s/%s", folder.c_str(), name.c_str()), values);
-    const std::string problem = writing.step == ESnapshotWrite::Written ? "" : describe(writing);
-    snapshots.push_back({snapshots.size(), name, folder, std::move(values), problem});
+    Snapshot snapshot{snapshots.size(), {}, folder, std::move(values)};
+    snapshot.name = Orv::orv_format("%s_%s.csv", folder.c_str(), timeStamp(std::time(nullptr)).c_str());
+    const std::string relativePath = Orv::orv_format("%s/%s", folder.c_str(), snapshot.name.c_str());
+    const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
+    if (writing.step != ESnapshotWrite::Written)
+        snapshot.problem = describe(writing);
+    snapshots.push_back(std::move(snapshot));
 }
 
 SnapshotWriting StatisticsAnalyzer::writeSnapshot(const std::string& relativePath,
                                                   const SnapshotValues& values) const
 {
-    return writeSnapshotFile(root, relativePath, values);
+    return writeSnapshotFile(m_place, relativePath, values);
 }
 
 SnapshotValues StatisticsAnalyzer::readSnapshot(const std::string& path)
@@ -140,7 +163,7 @@ void StatisticsAnalyzer::clearSnapshots()
     for (const Snapshot& snapshot : snapshots) {
         // Without a separator at its end: a folder that is a symbolic link loses the link, not what it points
         // to.
-        const fs::path directory = toPath(Orv::orv_format("%s/%s", root.c_str(), snapshot.folder.c_str()));
+        const fs::path directory = toPath(pathOf(snapshot.folder));
         throwIf(removeTree(directory), "remove_all", directory);
     }
     diffTable.clear();

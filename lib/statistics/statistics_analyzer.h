@@ -5,6 +5,7 @@
 #include <statistics/diff_table.h>
 
 #include <cstddef>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,6 +18,8 @@ namespace statistics {
 /// It is in the order of arrival: what the scan found, then what was taken. `root` must not be empty and
 /// `folder` must be one plain path component (`isFolderName`).
 ///
+/// Other processes may use the same `root`: what one of them removes meanwhile is no error here.
+///
 /// What the file system throws leaves through the call. Writing and reading of files fail in silence.
 class StatisticsAnalyzer {
 public:
@@ -28,7 +31,8 @@ public:
         std::string problem = {}; ///< why it isn't on disk; empty if it is
     };
 
-    /// Scans `root` for what earlier runs left. A `root` that doesn't exist is an empty store.
+    /// Scans `root` for what earlier runs left. A `root` that doesn't exist is an empty store. A relative one
+    /// is where it is now, wherever the host's current directory is later.
     StatisticsAnalyzer(std::string rootDirectory, std::string folderName);
 
     /// Reads every regular file two levels below `root`.
@@ -38,8 +42,8 @@ public:
     /// Writes a new file, named after the present time, and appends its record, even if nothing could be
     /// written.
     void saveSnapshot(SnapshotValues values);
-    /// Deletes the folders of all records from disk, then forgets records and comparison. If a folder can't
-    /// be deleted, that leaves as an exception and nothing is forgotten.
+    /// Deletes the folders of all records from disk (`removeTree`), then forgets records and comparison. If a
+    /// folder can't be deleted, that leaves as an exception and nothing is forgotten.
     void clearSnapshots();
     /// Calls `visit` for the records there are now. It must not add or remove any.
     void forEachSnapshot(const std::function<void(const Snapshot&)>& visit) const;
@@ -52,11 +56,20 @@ public:
     /// The entries that could be read, all `Decimal`. `path` is the complete path.
     static SnapshotValues readSnapshot(const std::string& path);
 
-    std::string root;
+    std::string root; ///< as the host told it
     std::string folder;
     std::vector<Snapshot> snapshots;
     DiffTable diffTable;
+
+private:
+    std::string pathOf(const std::string& inFolder) const;
+
+    std::string m_place; ///< the absolute path of `root`
 };
+
+/// The local time in seconds, as in "2024_03_09-14_05_07", by the time zone that the environment tells now.
+/// The seconds since 1970 where it can't be told, and from the year 10000 on.
+std::string timeStamp(std::time_t moment);
 
 /// True for one path component that names a folder: not empty, "." or "..", no separator, no drive.
 bool isFolderName(const std::string& name);
