@@ -32,7 +32,14 @@ protected:
         dir.write("root/old/one.csv", kHead + "same\t7\nx\t1\n");
         dir.write("root/old/two.csv", kHead + "x\t2.5\nsame\t7\n");
         EXPECT_TRUE(create());
-        click({"Diff", "Snapshots", "old"});
+        const Lines way{"Diff", "Snapshots", "old", "one.csv"};
+        for (std::size_t level = 1; level < way.size(); ++level) {
+            ui.frames(2);
+            if (!ui.read().contains(way[level])) { // what was open before is open again
+                ui.click(way[level - 1]);
+            }
+        }
+        ui.frames(2);
     }
     void click(const Lines& texts)
     {
@@ -155,6 +162,32 @@ TEST_F(SnapshotPanel, snapshotsAreTurnedOffAndOnAgain)
     EXPECT_FALSE(system().getDiffTable().m_rows[0].changed); // a Decimal from the file, a UInt just taken
 }
 
+TEST_F(SnapshotPanel, turningOffGivesBackAllThatSnapshotsTookAndFullPoolsAreNoMatter)
+{
+    const auto labels = [] {
+        const auto& pool = TestAccess::render().labels;
+        unsigned count = 0;
+        for (auto slot = pool.begin(); slot != pool.end(); slot = pool.next(slot)) {
+            ++count;
+        }
+        return count;
+    };
+    const unsigned before = labels();
+    createOpened();
+    click({"Clear tree", "Take snapshot"});
+    system().removeStatsAnalyzer();
+    EXPECT_TRUE(TestAccess::render().checkboxes.empty());
+    EXPECT_EQ(labels(), before);
+    for (unsigned label = labels(); label < statistics::kMostSlots; ++label) {
+        TestAccess::render().createLabel("");
+    }
+    fs::remove_all(dir("root"));
+    EXPECT_TRUE(create());
+    EXPECT_FALSE(create());
+    EXPECT_TRUE(system().removeStatsAnalyzer());
+    EXPECT_FALSE(system().removeStatsAnalyzer());
+}
+
 TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
 {
     const std::string nul("a\0b", 3);
@@ -199,7 +232,7 @@ TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
         };
         ui.click(button);
         hook = [] { system().removeStatsAnalyzer(); };
-        click({"Diff", button});
+        click({button}); // "Diff" is open as it was
         EXPECT_FALSE(ui.read().contains("Diff"));
     }
 }

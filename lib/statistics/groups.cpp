@@ -25,11 +25,34 @@ SnapshotGroup::SnapshotGroup(Render& render)
       controlNode(INVALID_ID),
       diffTableNode(INVALID_ID),
       diffLabel(render.createLabel("Diff")),
-      snapshotsLabel(INVALID_ID)
+      snapshotsLabel(render.createLabel("Snapshots"))
 {
     diffNode = addItem(tree, diffLabel, 0);
-    snapshotsLabel = render.createLabel("Snapshots");
     snapshotsNode = addItem(tree, snapshotsLabel, diffNode);
+}
+
+Tree SnapshotGroup::bareTree() const
+{
+    // As in the constructor: the nodes come out under the same ids.
+    Tree bare;
+    addItem(bare, snapshotsLabel, addItem(bare, diffLabel, 0));
+    return bare;
+}
+
+void SnapshotGroup::reset(Render& render, Tree bare)
+{
+    // By nodes and not by child lists, which no longer hold what was cleared. Straight from the pools: no
+    // functor of a host runs in a check box, so none can stand on what goes here.
+    for (auto node = tree.m_nodes.begin(); node != tree.m_nodes.end(); node = tree.m_nodes.next(node)) {
+        const unsigned item = tree.m_nodes[node].item;
+        if (render.itemType(item) == ItemType::Checkbox)
+            render.checkboxes.erase(itemSlot(item));
+        else if (render.itemType(item) == ItemType::Label && item != diffLabel && item != snapshotsLabel)
+            render.labels.erase(itemSlot(item));
+    }
+    tree = std::move(bare);
+    controlNode = INVALID_ID;
+    diffTableNode = INVALID_ID;
 }
 
 bool SnapshotGroup::hasControls() const
@@ -50,13 +73,18 @@ void SnapshotGroup::addDiffTable(unsigned item)
 }
 
 void SnapshotGroup::addSnapshot(const std::string& name, const std::string& folder,
-                                std::function<void(bool)> onChange, Render& render)
+                                std::function<void(bool)> onChange, Render& render, const std::string& note)
 {
     unsigned folderNode = tree.findChild(snapshotsNode, folder, render);
     if (folderNode == INVALID_ID)
         folderNode = addItem(tree, render.createLabel(folder), snapshotsNode);
-    if (folderNode != INVALID_ID && tree.findChild(folderNode, name, render) == INVALID_ID)
-        addItem(tree, render.createCheckbox(name, std::move(onChange)), folderNode);
+    if (folderNode == INVALID_ID || tree.findChild(folderNode, name, render) != INVALID_ID)
+        return;
+    const unsigned box = render.createCheckbox(name, std::move(onChange));
+    if (box == INVALID_ID)
+        return;
+    render.checkboxes[itemSlot(box)].note = note;
+    tree.addChild(box, folderNode);
 }
 
 void SnapshotGroup::clearSnapshots()

@@ -28,11 +28,17 @@ struct SnapshotGroup {
     bool hasControls() const;
     void addControl(unsigned item);
     void addDiffTable(unsigned item);
-    /// Adds a check box for a record, under a label for its folder. One that exists stays as it is.
+    /// Adds a check box for a record, under a label for its folder. One that exists stays as it is. `note` is
+    /// what the user reads who points at it; empty: nothing.
     void addSnapshot(const std::string& name, const std::string& folder, std::function<void(bool)> onChange,
-                     Render& render);
-    /// The check boxes stay in their pool, reached by nothing.
+                     Render& render, const std::string& note = {});
+    /// The check boxes stay in their pool, reached by nothing, until the group is reset.
     void clearSnapshots();
+    /// The tree without controls and snapshots.
+    Tree bareTree() const;
+    /// Goes back to the `bare` tree and frees every item but the two labels, which the user may have opened.
+    /// Needs no memory, so it can't fail.
+    void reset(Render& render, Tree bare);
     void draw(Render& render);
 
     unsigned diffNode;

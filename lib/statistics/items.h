@@ -98,6 +98,7 @@ struct ItemCheckbox {
     std::string name;
     bool value = false;
     std::function<void(bool)> onChange; ///< may be empty
+    std::string note = {};              ///< what the user reads who points at it; may be empty
 };
 
 } // namespace statistics

@@ -103,7 +103,9 @@ std::string timeStamp(std::time_t moment)
 }
 
 StatisticsAnalyzer::StatisticsAnalyzer(std::string rootDirectory, std::string folderName)
-    : root(std::move(rootDirectory)), folder(std::move(folderName)), m_place(toText(absolutePath(toPath(root))))
+    : root(std::move(rootDirectory)),
+      folder(std::move(folderName)),
+      m_place(toText(absolutePath(toPath(root))))
 {
     scanSnapshots();
 }

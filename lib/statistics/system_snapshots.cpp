@@ -9,6 +9,35 @@
 
 namespace statistics {
 
+namespace {
+
+/// Takes back what turning snapshots on has done so far, unless all of it succeeds.
+class [[nodiscard]] TurningOn {
+public:
+    explicit TurningOn(System::Data& data) : m_data(&data), m_bare(data.snapshotGroup.bareTree()) {}
+    ~TurningOn()
+    {
+        if (!m_data)
+            return;
+        Render& render = m_data->render;
+        m_data->snapshotGroup.reset(render, std::move(m_bare));
+        render.clearDiffTable();
+        m_data->statsAnalyzer = nullptr;
+        render.takeSnapshotFunctor = nullptr;
+        render.clearTreeFunctor = nullptr;
+        const std::function<void()> dropped = std::exchange(render.saveDiffFunctor, nullptr);
+    }
+    TurningOn(const TurningOn&) = delete;
+    TurningOn& operator=(const TurningOn&) = delete;
+    void succeeded() { m_data = nullptr; }
+
+private:
+    System::Data* m_data;
+    Tree m_bare;
+};
+
+} // namespace
+
 bool System::createStatsAnalyzer(const std::string& root, const std::string& folder,
                                  std::function<void()> saveDiff)
 {
@@ -18,13 +47,16 @@ bool System::createStatsAnalyzer(const std::string& root, const std::string& fol
     // "Clear tree" deletes below these two: they must not lead elsewhere.
     if (!ORV_ASSERT(isRootName(root)) || !ORV_ASSERT(isFolderName(folder)))
         return false;
-    m_data->statsAnalyzer = std::make_unique<StatisticsAnalyzer>(root, folder);
+    auto store = std::make_unique<StatisticsAnalyzer>(root, folder);
+    TurningOn turningOn(*m_data);
+    m_data->statsAnalyzer = std::move(store);
     Render& render = m_data->render;
-    group.addControl(render.createSnapshotControl(std::bind(&System::takeSnapshot, this), std::move(saveDiff),
-                                                  std::bind(&System::clearSnapshots, this)));
+    group.addControl(render.createSnapshotControl([this] { takeSnapshot(); }, std::move(saveDiff),
+                                                  [this] { clearSnapshots(); }));
     group.addDiffTable(
         render.createDiffTable([this]() -> DiffTable& { return m_data->statsAnalyzer->diffTable; }));
     m_data->publishSnapshots();
+    turningOn.succeeded();
     return true;
 }
 
@@ -33,7 +65,7 @@ bool System::removeStatsAnalyzer()
     if (!m_data->snapshotGroup.hasControls())
         return false;
     const CallScope call;
-    m_data->snapshotGroup = SnapshotGroup(m_data->render);
+    m_data->snapshotGroup.reset(m_data->render, m_data->snapshotGroup.bareTree());
     m_data->render.clearDiffTable();
     m_data->render.clearSnapshotControl();
     // "Save diff" may hold the comparison while it drops the store.
@@ -99,7 +131,8 @@ void System::Data::publishSnapshots()
             else
                 statsAnalyzer->removeFromDiff(index);
         };
-        snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render);
+        const std::string note = snapshot.problem.empty() ? "" : "Not on disk: " + snapshot.problem;
+        snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render, note);
     });
 }
 
