@@ -1,6 +1,10 @@
 #include "host.h"
 
+#include "tree_node.h"
+
 #include <imgui_internal.h>
+
+#include <vector>
 
 namespace bench {
 
@@ -30,14 +34,14 @@ void addGroupedCounters(Library& library, std::size_t count, const std::vector<f
 void openAllNodes()
 {
     ImGui::Begin("Statistics");
-    ImGui::PushID("items");
-    ImGui::PushID("");
-    ImGuiWindow* window = ImGui::GetCurrentWindow();
-    TestAccess::tree().forEach([&](unsigned item, unsigned) {
-        window->StateStorage.SetInt(window->GetID(static_cast<int>(item)), 1);
+    ImGuiStorage& states = ImGui::GetCurrentWindow()->StateStorage;
+    const statistics::Tree& tree = TestAccess::tree();
+    std::vector<ImGuiID> ids(tree.m_nodes.size(), ImGui::GetID("items"));
+    tree.forEachNode([&](unsigned id) {
+        const std::string& name = TestAccess::render().itemName(tree.item(id));
+        ids[id] = statistics::widgets::treeNodeId(ids[tree.m_nodes[id].parent], name);
+        states.SetInt(ids[id], 1);
     });
-    ImGui::PopID();
-    ImGui::PopID();
     ImGui::End();
 }
 

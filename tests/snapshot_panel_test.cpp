@@ -112,7 +112,7 @@ TEST_F(SnapshotPanel, tickedSnapshotsStandSideBySideUntilTheyAreUntickedOrCleare
               (Lines{"Statistics", "Diff", "Snapshots", "Clear tree | Take snapshot | Save diff"}));
     EXPECT_TRUE(system().getDiffTable().m_columns.empty());
     EXPECT_TRUE(fs::is_empty(dir("root")));
-    click({"Take snapshot", "bench"});
+    click({"Take snapshot"}); // its folder is still open
     EXPECT_EQ(snapshots()[0].index, 0U);
     EXPECT_FALSE(ui.ticked(snapshots()[0].name));
 }

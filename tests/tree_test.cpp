@@ -172,7 +172,8 @@ TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
         {[](Forest& f) { f.remove(A3), f.remove(C); }, {"A", "a1", "a2", "x", "B", "b1"}},
         {[](Forest& f) { f.remove(A); }, {"A", "a1", "a2", "B", "b1", "C"}},
         {[](Forest& f) { f.remove(A), f.remove(B), f.remove(C); }, {"A", "a1", "a2"}},
-        {[](Forest& f) { f.tree.clearChildren(A); }, {"A", "a1", "a2", "x", "B", "b1", "C"}},
+        {[](Forest& f) { f.tree.clearChildren(A); }, {"A", "a1", "a2", "B", "b1", "C"}},
+        {[](Forest& f) { f.tree.clearChildren(0), f.add("n", A), f.add("o"); }, {"A", "a1", "a2", "o"}},
         // A new node gets the id that the visitor's own, or its parent's, had.
         {[](Forest& f) { f.remove(A2), f.add("n1", f.add("n", A)); },
          {"A", "a1", "a2", "a3", "n", "n1", "B", "b1", "C"}},

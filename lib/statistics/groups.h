@@ -39,6 +39,7 @@ struct SnapshotGroup {
     /// Goes back to the `bare` tree and frees every item but the two labels, which the user may have opened.
     /// Needs no memory, so it can't fail.
     void reset(Render& render, Tree bare);
+    /// Inside an ImGui frame; runs host functors.
     void draw(Render& render);
 
     unsigned diffNode;

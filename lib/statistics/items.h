@@ -70,7 +70,6 @@ struct ItemCounter {
     std::string maxText;
     float weight = 0;                 ///< position of the last sample between the limits
     std::unique_ptr<Counter> counter; ///< never null
-    std::ptrdiff_t lineBreaks = 0;    ///< in `valueText`: a change of the line's height
 };
 
 /// A table on the panel: the model, and the cells of the last refresh.

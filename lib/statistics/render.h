@@ -1,5 +1,6 @@
 #pragma once
 
+#include "change_log.h"
 #include "free_slot_vector.h"
 #include "items.h"
 #include "text_lines.h"
@@ -81,8 +82,7 @@ public:
     std::size_t diffColumnCount = NO_INDEX; ///< snapshot columns when the comparison was last drawn
     bool diffWidthsPending = true;
     bool windowOpen = true;
-    /// Grows whenever a line may have changed its height without being drawn.
-    unsigned layoutGeneration = 0;
+    ChangeLog lineChanges; ///< slots of counters whose texts may take other room than before
 
 private:
     class Refresh;
@@ -90,7 +90,7 @@ private:
     static void reportWrongType();
 
     void updateCounter(unsigned slot);
-    void showValue(ItemCounter& item, const CounterValue& value);
+    void showValue(unsigned slot, const CounterValue& value);
     void updateTable(unsigned slot);
 
     bool drawLabel(unsigned slot, bool hasChildren);
@@ -115,8 +115,9 @@ private:
     ItemTable* tableItem(unsigned slot, const Table& table);
 
     std::size_t m_diffRowCount = 0;
-    RowLines m_diffLines;   ///< of the comparison's rows
-    std::string m_diffText; ///< memory for the values' texts
+    RowLines m_diffLines;    ///< of the comparison's rows
+    std::string m_diffText;  ///< memory for the values' texts
+    std::string m_valueText; ///< memory for a counter's new text
 };
 
 } // namespace statistics

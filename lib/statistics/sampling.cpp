@@ -12,6 +12,20 @@ namespace statistics {
 
 namespace {
 
+bool isDigit(char byte)
+{
+    return byte >= '0' && byte <= '9';
+}
+
+/// Fonts give all digits one width: texts that differ in digits alone take the same room on the panel.
+bool looksAsLarge(const std::string& a, const std::string& b)
+{
+    const auto same = [](char left, char right) {
+        return left == right || (isDigit(left) && isDigit(right));
+    };
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), same);
+}
+
 /// Advances the item's timer. The time in excess of a period is dropped.
 template<typename Item>
 bool isDue(Item& item, float dt)
@@ -67,8 +81,8 @@ void Render::updateCounter(unsigned slot)
 {
     Counter& counter = *counters[slot].counter;
     const CounterValue value = counter.getter();
-    if (ItemCounter* item = counterItem(slot, counter))
-        showValue(*item, value);
+    if (counterItem(slot, counter))
+        showValue(slot, value);
     // Removed counters have no limits left: their getters aren't called again.
     if (!counter.hasLimits)
         return;
@@ -78,13 +92,14 @@ void Render::updateCounter(unsigned slot)
         item->weight = weight;
 }
 
-void Render::showValue(ItemCounter& item, const CounterValue& value)
+void Render::showValue(unsigned slot, const CounterValue& value)
 {
-    value.print(item.valueText, orNull(item.counter->format));
-    const auto breaks = std::count(item.valueText.begin(), item.valueText.end(), '\n');
-    if (breaks != item.lineBreaks)
-        ++layoutGeneration;
-    item.lineBreaks = breaks;
+    ItemCounter& item = counters[slot];
+    value.print(m_valueText, orNull(item.counter->format));
+    // A bar has its size whatever is written on it.
+    if (!item.counter->hasLimits && !looksAsLarge(m_valueText, item.valueText))
+        lineChanges.note(slot);
+    item.valueText = m_valueText;
 }
 
 /// The item, unless a functor has removed it or put another one in its place.

@@ -6,8 +6,8 @@
 #include "call_scope.h"
 #include "clipboard.h"
 #include "only_library.h"
+#include "path.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -101,13 +101,10 @@ unsigned System::getItemIndex(const std::string& path) const
 {
     if (path.empty())
         return INVALID_ID;
-    const std::string_view whole = path;
+    std::string_view names = path;
     unsigned node = 0;
-    for (std::size_t start = 0; start < whole.size() && node != INVALID_ID;) {
-        const std::size_t end = std::min(whole.find('/', start), whole.size());
-        node = m_data->tree.findChild(node, whole.substr(start, end - start), m_data->render);
-        start = end + 1;
-    }
+    while (!names.empty() && node != INVALID_ID)
+        node = m_data->tree.findChild(node, takeName(names), m_data->render);
     return node;
 }
 
@@ -140,9 +137,7 @@ const Limit* System::limitOf(const Counter& counter) const
 /// The getter refers to a node that doesn't exist yet: nothing adds a node before the counter's own.
 Counter::Getter System::childrenSum(std::size_t column)
 {
-    return [this, column, node = m_data->tree.nextId()] {
-        return m_data->tree.sumChildren(node, column, m_data->render);
-    };
+    return ChildrenSum{&m_data->tree, &m_data->render, m_data->tree.nextId(), column};
 }
 
 unsigned System::createChildrenCounter(const std::string& name, std::size_t column, float period,

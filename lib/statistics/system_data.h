@@ -23,7 +23,7 @@ struct System::Data {
     unsigned findOrCreate(const std::string& name, unsigned parent, const MakeItem& makeItem)
     {
         const unsigned found = tree.findChild(parent, name, render);
-        if (found != INVALID_ID || !tree.isParent(parent))
+        if (found != INVALID_ID || !tree.checkParent(parent))
             return found;
         const unsigned item = makeItem();
         return item == INVALID_ID ? INVALID_ID : tree.addChild(item, parent);

@@ -40,13 +40,13 @@ void System::choosePreset(std::size_t index)
         item.counter->setLimits(limit ? limit->min : 0.0f, limit ? limit->max : 0.0f);
         item.printLimits();
     });
-    ++m_data->render.layoutGeneration; // the limits' texts may be of another height
+    m_data->render.lineChanges.noteAll(); // the limits' texts may take other room
 }
 
 void System::clearPresets()
 {
     CallScope::retire(std::exchange(limitPresets, {}));
-    // The new label takes the old one's slot, and with it the identity by which the user opened the group.
+    // The old label goes first: hosts that clear often must not fill the pool.
     Render& render = m_data->render;
     render.removeItem(m_data->presetGroup.tree.item(m_data->presetGroup.groupNode));
     m_data->presetGroup = PresetGroup(render);

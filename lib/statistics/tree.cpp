@@ -2,46 +2,91 @@
 
 #include "assertion.h"
 #include "call_scope.h"
+#include "path.h"
 #include "stack_tracker.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace statistics {
 
 namespace {
 
 constexpr unsigned kFirstSlots = 100;
-constexpr char kSeparator = '/';
+
+/// So many children behind one that is removed move up at once; where there are more it leaves a gap.
+constexpr std::size_t kShortTail = 64;
+
+/// So that the next `push_back` can't fail.
+template<typename T>
+void makeRoom(std::vector<T>& list)
+{
+    if (list.size() == list.capacity())
+        list.reserve(list.size() * 2 + 1);
+}
+
+std::size_t countListed(const std::vector<unsigned>& children, std::size_t end)
+{
+    const auto last = children.begin() + static_cast<std::ptrdiff_t>(std::min(end, children.size()));
+    return static_cast<std::size_t>(last - children.begin() - std::count(children.begin(), last, INVALID_ID));
+}
 
 } // namespace
 
 Tree::Tree()
 {
+    m_derived.places.resize(kFirstSlots);
     m_nodes.grow(kFirstSlots);
     m_nodes.emplace(Node{INVALID_ID, 0, INVALID_ID, {}});
 }
 
-bool Tree::isParent(unsigned parentId) const
+Tree::Tree(Tree&& other) noexcept
+    : m_nodes(std::move(other.m_nodes)), m_derived(std::exchange(other.m_derived, {}))
+{
+    other.endWalks();
+}
+
+Tree& Tree::operator=(Tree&& other) noexcept
+{
+    endWalks();
+    other.endWalks();
+    m_nodes = std::move(other.m_nodes);
+    m_derived = std::exchange(other.m_derived, {});
+    return *this;
+}
+
+bool Tree::checkParent(unsigned parentId) const
 {
     return ORV_ASSERT(parentId != INVALID_ID) && m_nodes.check(parentId);
 }
 
+/// What may fail for want of memory comes first: either nothing has happened, or all of it.
 unsigned Tree::addChild(unsigned item, unsigned parentId)
 {
-    if (!isParent(parentId))
+    if (!checkParent(parentId))
         return INVALID_ID;
-    const unsigned id = m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
-    m_nodes[parentId].children.push_back(id);
-    m_unindexed.push_back(id);
-    forgetLine(id);
-    forgetLine(parentId);
+    makeRoom(m_nodes[parentId].children);
+    makeRoom(m_derived.unindexed);
+    const unsigned id = nextId();
+    if (id >= m_derived.places.size())
+        m_derived.places.resize(id * std::size_t{2});
+    m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
+    std::vector<unsigned>& siblings = m_nodes[parentId].children;
+    m_derived.places[id] = {static_cast<unsigned>(siblings.size()), 0};
+    siblings.push_back(id);
+    noteForIndex(id);
+    m_derived.changes.note(id);
     return id;
 }
 
-void Tree::forgetLine(unsigned id)
+/// A tree that is never searched, or no longer, must not gather ids for ever.
+void Tree::noteForIndex(unsigned id)
 {
-    if (id < m_lines.size())
-        m_lines[id] = {};
+    m_derived.indexStale = m_derived.indexStale || m_derived.unindexed.size() > m_nodes.size();
+    if (m_derived.indexStale)
+        m_derived.unindexed.clear();
+    else
+        m_derived.unindexed.push_back(id);
 }
 
 unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& render)
@@ -49,7 +94,7 @@ unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& r
     if (!m_nodes.contains(parent))
         return INVALID_ID;
     indexNewNodes(render);
-    return m_names.find(NameIndex::hash(parent, name), INVALID_ID, [&](unsigned id) {
+    return m_derived.names.find(NameIndex::hash(parent, name), INVALID_ID, [&](unsigned id) {
         return m_nodes.contains(id) && m_nodes[id].parent == parent &&
                render.itemName(m_nodes[id].item) == name;
     });
@@ -57,16 +102,15 @@ unsigned Tree::findChild(unsigned parent, std::string_view name, const Render& r
 
 void Tree::indexNewNodes(const Render& render)
 {
-    // A tree that is never searched must not gather ids for ever.
-    if (m_indexStale || m_unindexed.size() > m_nodes.size())
+    if (m_derived.indexStale)
         return rebuildIndex(render);
-    for (const unsigned id : m_unindexed) {
-        if (m_names.isFull())
+    for (const unsigned id : m_derived.unindexed) {
+        if (m_derived.names.isFull())
             return rebuildIndex(render);
         if (m_nodes.contains(id))
-            m_names.add(NameIndex::hash(m_nodes[id].parent, render.itemName(m_nodes[id].item)), id);
+            m_derived.names.add(NameIndex::hash(m_nodes[id].parent, render.itemName(m_nodes[id].item)), id);
     }
-    m_unindexed.clear();
+    m_derived.unindexed.clear();
 }
 
 /// From the child lists, so that nodes which nothing lists any more are left out.
@@ -75,12 +119,13 @@ void Tree::rebuildIndex(const Render& render)
     std::size_t count = 0;
     for (auto id = m_nodes.begin(); id != m_nodes.end(); id = m_nodes.next(id))
         count += m_nodes[id].children.size();
-    m_names.reset(count);
+    m_derived.names.reset(count);
     for (auto id = m_nodes.begin(); id != m_nodes.end(); id = m_nodes.next(id))
         for (const unsigned child : m_nodes[id].children)
-            m_names.add(NameIndex::hash(id, render.itemName(m_nodes[child].item)), child);
-    m_unindexed.clear();
-    m_indexStale = false;
+            if (child != INVALID_ID)
+                m_derived.names.add(NameIndex::hash(id, render.itemName(m_nodes[child].item)), child);
+    m_derived.unindexed.clear();
+    m_derived.indexStale = false;
 }
 
 void Tree::removeItem(unsigned id, Render& render)
@@ -88,65 +133,121 @@ void Tree::removeItem(unsigned id, Render& render)
     if (!m_nodes.contains(id))
         return;
     const CallScope call;
-    const unsigned parent = m_nodes[id].parent;
     // The root has no item to free: the report of that is all that happens.
-    if (parent == INVALID_ID)
+    if (m_nodes[id].parent == INVALID_ID)
         return render.removeItem(m_nodes[id].item);
-    if (m_nodes.contains(parent))
+    if (isListed(id))
         unlist(id);
     removeSubtree(id, render);
 }
 
-/// Takes a node out of its parent's children. Walks that are past it move up with those behind it.
+/// False for a node whose parent's children were cleared: it lives on, but nothing leads to it.
+bool Tree::isListed(unsigned id) const
+{
+    const unsigned parent = m_nodes[id].parent;
+    if (!m_nodes.contains(parent))
+        return false;
+    const std::vector<unsigned>& siblings = m_nodes[parent].children;
+    return position(id) < siblings.size() && siblings[position(id)] == id;
+}
+
+/// Takes a node out of its parent's children. That n siblings go one by one, in any order, must not move the
+/// others n times: only a short tail moves up, and gaps are closed when they are half of the list.
 void Tree::unlist(unsigned id)
 {
     const unsigned parent = m_nodes[id].parent;
     std::vector<unsigned>& siblings = m_nodes[parent].children;
-    const auto found = std::find(siblings.begin(), siblings.end(), id);
-    if (found == siblings.end())
-        return;
-    const auto position = static_cast<std::size_t>(found - siblings.begin());
-    siblings.erase(found);
-    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer)
-        if (walk->m_parent == parent && walk->m_next > position)
+    Place& place = m_derived.places[parent];
+    m_derived.changes.note(parent);
+    if (siblings.size() - position(id) <= kShortTail) {
+        takeOut(siblings, id);
+    } else {
+        siblings[position(id)] = INVALID_ID;
+        ++place.gaps;
+    }
+    if (place.gaps * std::size_t{2} > siblings.size()) {
+        // Walks that stand on the node go on from its place.
+        m_derived.places[id].position = static_cast<unsigned>(countListed(siblings, position(id)));
+        closeGaps(parent);
+    }
+}
+
+/// Walks that are past it move up with those behind it.
+void Tree::takeOut(std::vector<unsigned>& siblings, unsigned id)
+{
+    const std::size_t position = this->position(id);
+    siblings.erase(siblings.begin() + static_cast<std::ptrdiff_t>(position));
+    for (std::size_t behind = position; behind < siblings.size(); ++behind)
+        if (siblings[behind] != INVALID_ID)
+            m_derived.places[siblings[behind]].position = static_cast<unsigned>(behind);
+    for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer)
+        if (walk->m_parent == m_nodes[id].parent && walk->m_next > position)
             --walk->m_next;
+}
+
+void Tree::closeGaps(unsigned parent)
+{
+    std::vector<unsigned>& children = m_nodes[parent].children;
+    for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer)
+        if (walk->m_parent == parent)
+            walk->m_next = countListed(children, walk->m_next);
+    children.erase(std::remove(children.begin(), children.end(), INVALID_ID), children.end());
+    for (std::size_t position = 0; position < children.size(); ++position)
+        m_derived.places[children[position]].position = static_cast<unsigned>(position);
+    m_derived.places[parent].gaps = 0;
 }
 
 /// Items go parent first, nodes children first: that order decides which ids are given out next.
 void Tree::removeSubtree(unsigned top, Render& render)
 {
-    struct Step {
-        unsigned node;
-        std::size_t position;
-    };
-    std::vector<Step> steps;
-    const auto enter = [&](unsigned id) {
-        render.removeItem(m_nodes[id].item);
-        steps.push_back({id, 0});
-    };
-    enter(top);
-    while (!steps.empty()) {
-        Step& step = steps.back();
-        const std::vector<unsigned>& children = m_nodes[step.node].children;
-        if (step.position < children.size()) {
-            enter(children[step.position++]);
-        } else {
-            eraseNode(step.node);
-            steps.pop_back();
+    render.removeItem(m_nodes[top].item);
+    unsigned id = top;
+    for (std::size_t position = 0;;) {
+        const unsigned child = firstFrom(id, position);
+        if (child != INVALID_ID) {
+            render.removeItem(m_nodes[child].item);
+            id = child;
+            position = 0;
+            continue;
         }
+        const unsigned parent = m_nodes[id].parent;
+        position = this->position(id) + 1;
+        eraseNode(id);
+        if (id == top)
+            return;
+        id = parent;
     }
 }
 
-/// Its id may be given out again at once: no walk may take the new node for this one.
+/// The first child that stands at `position` or behind it; INVALID_ID if there is none.
+unsigned Tree::firstFrom(unsigned parent, std::size_t position) const
+{
+    const std::vector<unsigned>& children = m_nodes[parent].children;
+    while (position < children.size() && children[position] == INVALID_ID)
+        ++position;
+    return position < children.size() ? children[position] : INVALID_ID;
+}
+
+/// Its id may be given out again at once: no walk may take the new node for this one. Walks through its
+/// children go on behind it.
 void Tree::eraseNode(unsigned id)
 {
-    m_nodes.erase(id);
-    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer) {
-        if (walk->m_parent == id)
-            walk->m_parent = INVALID_ID;
+    for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer) {
         if (walk->m_child == id)
             walk->m_child = INVALID_ID;
+        if (walk->m_parent != id)
+            continue;
+        walk->m_parent = id == walk->m_top ? INVALID_ID : m_nodes[id].parent;
+        walk->m_next = position(id);
     }
+    m_nodes.erase(id);
+}
+
+/// The nodes that the walks stand on are gone.
+void Tree::endWalks()
+{
+    for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer)
+        walk->end();
 }
 
 // The address is taken back on every way out, which GCC doesn't see where it inlines this.
@@ -155,34 +256,55 @@ void Tree::eraseNode(unsigned id)
 #pragma GCC diagnostic ignored "-Wdangling-pointer"
 #endif
 Tree::ChildWalk::ChildWalk(const Tree& tree, unsigned parent)
-    : m_tree(tree), m_outer(tree.m_walks.innermost), m_parent(parent)
+    : m_tree(tree), m_outer(tree.m_innermost), m_top(parent), m_parent(parent)
 {
-    m_tree.m_walks.innermost = this;
+    m_tree.m_innermost = this;
 }
 #if __GNUC__ >= 12
 #pragma GCC diagnostic pop
 #endif
 
-Tree::ChildWalk::~ChildWalk()
+bool Tree::ChildWalk::enter()
 {
-    m_tree.m_walks.innermost = m_outer;
+    if (m_child == INVALID_ID || m_tree.m_nodes[m_child].children.empty())
+        return false;
+    m_parent = std::exchange(m_child, INVALID_ID);
+    m_next = 0;
+    return true;
 }
 
-/// The nodes that the walks stood on are gone.
-Tree::Walks& Tree::Walks::operator=(Walks&& /*other*/) noexcept
+bool Tree::ChildWalk::leave()
 {
-    for (ChildWalk* walk = innermost; walk; walk = walk->m_outer)
-        walk->m_parent = walk->m_child = INVALID_ID;
-    return *this;
+    if (m_parent == INVALID_ID || m_parent == m_top)
+        return false;
+    m_next = m_tree.position(m_parent) + 1;
+    m_parent = m_tree.m_nodes[m_parent].parent;
+    return true;
 }
 
+/// Walks below the node go on behind what they can no longer reach.
 void Tree::clearChildren(unsigned id)
 {
     m_nodes[id].children.clear();
-    m_indexStale = true;
-    for (ChildWalk* walk = m_walks.innermost; walk; walk = walk->m_outer)
-        if (walk->m_parent == id)
+    m_derived.places[id].gaps = 0;
+    m_derived.indexStale = true;
+    m_derived.changes.note(id);
+    for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer) {
+        if (isBelow(walk->m_top, id)) {
+            walk->end();
+        } else if (walk->m_parent == id || isBelow(walk->m_parent, id)) {
+            walk->m_parent = id;
+            walk->m_child = INVALID_ID;
             walk->m_next = 0;
+        }
+    }
+}
+
+bool Tree::isBelow(unsigned id, unsigned ancestor) const
+{
+    while (m_nodes.contains(id) && m_nodes[id].parent != ancestor)
+        id = m_nodes[id].parent;
+    return m_nodes.contains(id);
 }
 
 void Tree::updateNode(unsigned id, Render& render)
@@ -197,28 +319,14 @@ void Tree::forEach(const std::function<void(unsigned, unsigned)>& visit) const
     forEachNode([&](unsigned id) { visit(m_nodes[id].item, m_nodes[m_nodes[id].parent].item); });
 }
 
-CounterValue Tree::sumChildren(unsigned node, std::size_t column, Render& render) const
-{
-    CounterValue sum;
-    if (!m_nodes.contains(node))
-        return sum;
-    ChildWalk walk(*this, node);
-    while (walk.next())
-        sum += render.itemValue(m_nodes[walk.child()].item, column);
-    return sum;
-}
-
 std::string Tree::path(unsigned id, const Render& render) const
 {
     std::vector<unsigned> way;
     for (; m_nodes[id].parent != INVALID_ID; id = m_nodes[id].parent)
         way.push_back(m_nodes[id].item);
     std::string path;
-    for (auto item = way.rbegin(); item != way.rend(); ++item) {
-        if (!path.empty())
-            path += kSeparator;
-        path += render.itemName(*item);
-    }
+    for (auto item = way.rbegin(); item != way.rend(); ++item)
+        appendName(path, render.itemName(*item));
     return path;
 }
 

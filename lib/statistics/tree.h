@@ -1,57 +1,67 @@
 #pragma once
 
 #include "call_scope.h"
+#include "change_log.h"
 #include "free_slot_vector.h"
 #include "name_index.h"
 #include "render.h"
-#include "widgets.h"
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace statistics {
 
+class TreeLines; // the panel's memory of what it has drawn
+
 /// The hierarchy of the panel. A node knows its place and the item that it shows; what an item is, how it
 /// draws and what it is called lies with `Render`. Node 0 is the root. A tree owns its nodes, not the items:
 /// destroying or replacing a tree frees no item.
 ///
 /// Functors that run while a tree is walked may change it: walks look every node up again, and the tree tells
-/// them what it removes.
+/// them what it removes. Nothing but drawing calls itself for the levels of a tree, so no depth is too deep.
 class Tree {
 public:
     struct Node {
-        unsigned parent;                ///< INVALID_ID for the root
-        unsigned depth;                 ///< 0 for the root
-        unsigned item;                  ///< INVALID_ID for the root
-        std::vector<unsigned> children; ///< in the order in which they were added
+        unsigned parent; ///< INVALID_ID for the root
+        unsigned depth;  ///< 0 for the root
+        unsigned item;   ///< INVALID_ID for the root
+        /// In the order in which they were added. In a long list INVALID_ID may stand where one was removed.
+        std::vector<unsigned> children;
     };
 
     Tree();
+    ~Tree() = default;
+    /// Walks stay with the tree that they go through: those over a tree that is replaced end.
+    Tree(Tree&& other) noexcept;
+    Tree& operator=(Tree&& other) noexcept;
 
-    /// True for a live node; others are reported.
-    bool isParent(unsigned id) const;
+    /// True if there is such a node to add children to; otherwise it is reported.
+    bool checkParent(unsigned id) const;
     /// Adds a node for `item` as the last child. INVALID_ID, with a report, if there is no such parent.
     unsigned addChild(unsigned item, unsigned parentId);
     /// The first child of that name; INVALID_ID if there is none, or no such parent.
     unsigned findChild(unsigned parent, std::string_view name, const Render& render);
     /// Removes a node with all below it, and their items. A stale id does nothing; the root is reported and
-    /// stays.
+    /// stays. Runs destructors of what hosts handed in, before it returns or behind the functor it runs in.
     void removeItem(unsigned id, Render& render);
     /// Empties a child list. The children stay where they are, reached by nothing.
     void clearChildren(unsigned id);
 
+    /// Inside an ImGui frame. Runs host functors: what the user presses acts at once.
     void draw(Render& render);
-    /// Samples the item of a node now. A stale id does nothing.
+    /// Samples the item of a node now, which runs host functors. A stale id does nothing.
     void updateNode(unsigned id, Render& render);
     /// Calls `visit` with the item of every node but the root, and with its parent's item: parents first.
     void forEach(const std::function<void(unsigned item, unsigned parentItem)>& visit) const;
-    /// The same with node ids. `visit` may change the tree.
+    /// The same with node ids. `visit` may run host functors and change the tree.
     template<typename Visit>
     void forEachNode(const Visit& visit) const;
-    /// The sum over a node's direct children; `Render::itemValue` tells what `column` means.
+    /// The sum over a node's direct children; `Render::itemValue` tells what `column` means. Runs host
+    /// functors.
     CounterValue sumChildren(unsigned node, std::size_t column, Render& render) const;
 
     unsigned item(unsigned id) const { return m_nodes[id].item; }
@@ -62,7 +72,12 @@ public:
     bool check(unsigned id) const { return m_nodes.check(id); }
     /// The id that the next `addChild` will give.
     unsigned nextId() const { return m_nodes.nextIndex(); }
-    /// The names from the first level down to the node, joined by "/".
+    /// Where a node stands among its parent's children.
+    std::size_t position(unsigned id) const { return m_derived.places[id].position; }
+    /// Nodes that are new or whose list of children is another, for who remembers how they looked.
+    const ChangeLog& changes() const { return m_derived.changes; }
+    ChangeLog& changes() { return m_derived.changes; }
+    /// The names from the first level down to the node, as a path.
     std::string path(unsigned id, const Render& render) const;
 
     free_slot_vector<Node> m_nodes;
@@ -71,92 +86,127 @@ private:
     class ChildWalk;
     class LevelScope;
 
-    /// The walks that are under way, the innermost first. They stay with the tree when its nodes are
-    /// replaced.
-    struct Walks {
-        Walks() = default;
-        Walks(Walks&& /*other*/) noexcept {}
-        Walks& operator=(Walks&& /*other*/) noexcept;
-        ~Walks() = default;
+    /// What has been added up so far on one level of a walk, and the column that its tables are asked for.
+    struct LevelSum {
+        std::size_t column;
+        CounterValue sum;
+    };
+    using Sums = std::vector<LevelSum>;
 
-        ChildWalk* innermost = nullptr;
+    /// What is known of a node besides what it holds.
+    struct Place {
+        unsigned position = 0; ///< among its parent's children, while they list it
+        unsigned gaps = 0;     ///< children that were removed and still have their place in the list
     };
 
-    void drawNode(Render& render, unsigned id);
-    bool drawLine(Render& render, unsigned id);
-    void skipHiddenLeaves(ChildWalk& walk) const;
-    void prepareLines(const Render& render);
-    void forgetLine(unsigned id);
-    template<typename Visit>
-    void visitBelow(unsigned parent, const Visit& visit) const;
+    /// Follows from the nodes and what happens to them.
+    struct Derived {
+        NameIndex names;
+        std::vector<unsigned> unindexed; ///< nodes added since the index was last used
+        bool indexStale = true;          ///< from the first search on there is an index
+        std::vector<Place> places;       ///< by node
+        ChangeLog changes;
+        std::shared_ptr<TreeLines> lines; ///< null until the tree is first drawn
+    };
+
+    // These run host functors.
+    bool drawNode(Render& render, TreeLines& lines, unsigned id);
+    bool drawChildren(Render& render, TreeLines& lines, unsigned parent);
+    bool drawBlock(Render& render, TreeLines& lines, ChildWalk& walk);
+    void addChildValue(Sums& sums, ChildWalk& walk, Render& render) const;
+
+    // These don't.
+    void foldSums(Sums& sums, const ChildWalk& walk, unsigned topDepth) const;
+    static void foldSums(Sums& sums, std::size_t count);
+    bool isListed(unsigned id) const;
+    bool isBelow(unsigned id, unsigned ancestor) const;
     void unlist(unsigned id);
+    void takeOut(std::vector<unsigned>& siblings, unsigned id);
+    void closeGaps(unsigned parent);
     void removeSubtree(unsigned top, Render& render);
+    unsigned firstFrom(unsigned parent, std::size_t position) const;
     void eraseNode(unsigned id);
+    void noteForIndex(unsigned id);
     void indexNewNodes(const Render& render);
     void rebuildIndex(const Render& render);
+    void endWalks();
 
-    // Derived from the nodes, can be thrown away at any time.
-    NameIndex m_names;
-    std::vector<unsigned> m_unindexed; ///< nodes added since the index was last used
-    bool m_indexStale = false;
-    /// What a node's own line was when it was last drawn, in pixels, spacing included.
-    struct Line {
-        ImVec2 size{0.0f, 0.0f}; ///< no height until it was drawn
-        bool isLeaf = false;     ///< it had no children then
-    };
-    std::vector<Line> m_lines; ///< by node
-    widgets::LineMetrics m_lineMetrics{};
-    unsigned m_layoutGeneration = 0;
-    mutable Walks m_walks;
+    Derived m_derived;
+    mutable Sums m_sums;                      ///< memory for sums, empty between them
+    mutable ChildWalk* m_innermost = nullptr; ///< the walks under way, each with the one around it
 };
 
-/// Goes through the children of a node, which may come and go meanwhile, the node itself included: each child
-/// that stays has its turn once, in order.
+/// Goes through the children of a node, and from each into its own if asked to. Nodes may come and go
+/// meanwhile, the one it began at included: each that stays has its turn once, in order.
 class [[nodiscard]] Tree::ChildWalk {
 public:
     ChildWalk(const Tree& tree, unsigned parent);
-    ~ChildWalk();
+    ~ChildWalk() { m_tree.m_innermost = m_outer; }
     ChildWalk(const ChildWalk&) = delete;
     ChildWalk& operator=(const ChildWalk&) = delete;
 
-    /// Moves on to the next child; false if there is none.
-    bool next()
-    {
-        if (m_parent == INVALID_ID || m_next >= m_tree.m_nodes[m_parent].children.size())
-            return false;
-        m_child = m_tree.m_nodes[m_parent].children[m_next++];
-        return true;
-    }
+    /// Moves on to the next child; false if there is none before position `end`.
+    bool next(std::size_t end = NO_INDEX);
+    /// Goes on with the children of the present child, if it is still there and has any.
+    bool enter();
+    /// Goes back to where the node stands whose children it went through; false at the node it began at.
+    bool leave();
     /// INVALID_ID once it has been removed.
     unsigned child() const { return m_child; }
+    /// Whose children it goes through; INVALID_ID once the node it began at has been removed.
+    unsigned parent() const { return m_parent; }
 
 private:
     friend class Tree;
 
+    void end() { m_parent = m_child = INVALID_ID; }
+
     const Tree& m_tree;
     ChildWalk* const m_outer;
-    unsigned m_parent; ///< INVALID_ID once it has been removed
+    const unsigned m_top;
+    unsigned m_parent;
     unsigned m_child = INVALID_ID;
     std::size_t m_next = 0; ///< position of the child whose turn comes
 };
+
+inline bool Tree::ChildWalk::next(std::size_t end)
+{
+    if (m_parent == INVALID_ID)
+        return false;
+    const std::vector<unsigned>& children = m_tree.m_nodes[m_parent].children;
+    do {
+        if (m_next >= children.size() || m_next >= end)
+            return false;
+        m_child = children[m_next++];
+    } while (m_child == INVALID_ID);
+    return true;
+}
 
 template<typename Visit>
 void Tree::forEachNode(const Visit& visit) const
 {
     const CallScope call;
-    if (!m_nodes.empty())
-        visitBelow(m_nodes.begin(), visit);
+    if (m_nodes.empty())
+        return;
+    ChildWalk walk(*this, m_nodes.begin());
+    do {
+        while (walk.next()) {
+            visit(walk.child());
+            walk.enter();
+        }
+    } while (walk.leave());
 }
 
-template<typename Visit>
-void Tree::visitBelow(unsigned parent, const Visit& visit) const
-{
-    ChildWalk walk(*this, parent);
-    while (walk.next()) {
-        visit(walk.child());
-        if (walk.child() != INVALID_ID && !m_nodes[walk.child()].children.empty())
-            visitBelow(walk.child(), visit);
-    }
-}
+/// The getter of a children counter. It has a type of its own so that sums of sums are added up without one
+/// calling the other: chains of them may be as long as a tree is deep.
+struct ChildrenSum {
+    /// Runs host functors.
+    CounterValue operator()() const { return tree->sumChildren(node, column, *render); }
+
+    const Tree* tree;
+    Render* render;
+    unsigned node;
+    std::size_t column;
+};
 
 } // namespace statistics

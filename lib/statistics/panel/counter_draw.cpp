@@ -2,6 +2,7 @@
 
 #include "layout.h"
 #include "render.h"
+#include "tree_node.h"
 #include "widgets.h"
 
 #include <imgui.h>
@@ -58,11 +59,11 @@ void drawLimitedValue(const ItemCounter& item)
     widgets::text(item.maxText);
 }
 
-bool drawCaption(unsigned id, const std::string& name, bool hasChildren)
+bool drawCaption(const std::string& name, bool hasChildren)
 {
     const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
     if (hasChildren)
-        return widgets::treeNode(id, name);
+        return widgets::treeNode(name);
     widgets::text(name);
     return false;
 }
@@ -71,13 +72,13 @@ bool drawCaption(unsigned id, const std::string& name, bool hasChildren)
 
 bool Render::drawLabel(unsigned slot, bool hasChildren)
 {
-    return drawCaption(itemId(ItemType::Label, slot), labels[slot], hasChildren);
+    return drawCaption(labels[slot], hasChildren);
 }
 
 bool Render::drawCounter(unsigned slot, bool hasChildren)
 {
     const ItemCounter& item = counters[slot];
-    const bool open = drawCaption(itemId(ItemType::Counter, slot), item.name, hasChildren);
+    const bool open = drawCaption(item.name, hasChildren);
     widgets::sameLineFrom(layout::kValueColumn);
     if (item.counter->hasLimits)
         drawLimitedValue(item);

@@ -46,8 +46,8 @@ private:
 };
 
 /// Each tree has an identity of its own: a host's item "Presets" opens by itself.
-template<typename Tree>
-void drawTree(Tree& tree, Render& render, const char* id)
+template<typename Drawn>
+void drawTree(Drawn& tree, Render& render, const char* id)
 {
     const widgets::IdScope scope(id);
     tree.draw(render);

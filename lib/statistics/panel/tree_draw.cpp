@@ -1,22 +1,21 @@
-// Drawing a tree. Lines that lie out of view cost next to nothing: they are skipped by the size that they
-// had when they were last drawn.
+// Drawing a tree. What lies out of view is skipped by the room that it took when it was last drawn.
 
 #include "tree.h"
 
 #include "assertion.h"
 #include "call_scope.h"
 #include "stack_tracker.h"
-
-#include <algorithm>
+#include "tree_lines.h"
 
 namespace statistics {
 
 namespace {
 
-/// Kinds that are one line and change their height only when `Render::layoutGeneration` tells.
+/// Kinds that take the same room until `Tree` or `Render` note a change.
 bool isPlainLine(ItemType type)
 {
-    return type == ItemType::Counter || type == ItemType::Label || type == ItemType::Checkbox;
+    return type == ItemType::Counter || type == ItemType::Label || type == ItemType::Checkbox ||
+           type == ItemType::Root;
 }
 
 } // namespace
@@ -39,69 +38,64 @@ void Tree::draw(Render& render)
     const CallScope call;
     if (!ORV_ASSERT(!m_nodes.empty()))
         return;
-    prepareLines(render);
-    drawNode(render, m_nodes.begin());
+    if (!m_derived.lines)
+        m_derived.lines = std::make_shared<TreeLines>();
+    // Held: a functor may replace the tree.
+    const std::shared_ptr<TreeLines> lines = m_derived.lines;
+    lines->begin(*this, render);
+    drawNode(render, *lines, m_nodes.begin());
 }
 
-void Tree::drawNode(Render& render, unsigned id)
+/// True if all that was drawn takes the same room until a change is noted.
+bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
 {
-    if (!drawLine(render, id))
-        return;
-    const LevelScope level(render);
-    ChildWalk walk(*this, id);
-    for (skipHiddenLeaves(walk); walk.next(); skipHiddenLeaves(walk))
-        drawNode(render, walk.child());
-}
-
-/// Moves on past the children without children of their own that lie out of view, without looking at them.
-void Tree::skipHiddenLeaves(ChildWalk& walk) const
-{
-    if (walk.m_parent == INVALID_ID)
-        return;
-    const std::vector<unsigned>& children = m_nodes[walk.m_parent].children;
-    const widgets::HiddenLines hidden;
-    ImVec2 skipped(0.0f, 0.0f);
-    for (std::size_t& next = walk.m_next; next < children.size() && children[next] < m_lines.size(); ++next) {
-        const Line& line = m_lines[children[next]];
-        if (!line.isLeaf || !hidden.contain(skipped.y, line.size.y))
-            break;
-        skipped.x = std::max(skipped.x, line.size.x);
-        skipped.y += line.size.y;
+    if (lines.skip(id))
+        return true;
+    const unsigned item = m_nodes[id].item;
+    const bool hasChildren = !m_nodes[id].children.empty();
+    const ExtentMeasure measure;
+    bool steady = isPlainLine(render.itemType(item));
+    if (render.drawItem(item, m_nodes[id].depth, hasChildren)) {
+        const LevelScope level(render);
+        steady = drawChildren(render, lines, id) && steady;
     }
-    hidden.skip(skipped);
+    Extent extent = measure.extent();
+    extent.hasBranches = hasChildren;
+    extent.known = steady;
+    lines.keep(id, extent);
+    if (render.itemType(item) == ItemType::Counter)
+        lines.keepCounter(itemSlot(item), id);
+    return steady;
 }
 
-/// Draws or skips the node's own line. True if its children follow.
-bool Tree::drawLine(Render& render, unsigned id)
+bool Tree::drawChildren(Render& render, TreeLines& lines, unsigned parent)
 {
-    const Node& node = m_nodes[id];
-    const unsigned item = node.item;
-    const bool hasChildren = !node.children.empty();
-    if (!isPlainLine(render.itemType(item)))
-        return render.drawItem(item, node.depth, hasChildren);
-    if (m_lines.size() <= id)
-        m_lines.resize(m_nodes.size());
-    const ImVec2 known = m_lines[id].size;
-    const widgets::HiddenLines hidden;
-    if (known.y > 0.0f && hidden.contain(0.0f, known.y)) {
-        hidden.skip(known);
-        return hasChildren && widgets::hiddenTreeNode(item);
-    }
-    const widgets::LineMeasure measure;
-    const bool open = render.drawItem(item, node.depth, hasChildren);
-    if (m_nodes.contains(id))
-        m_lines[id] = {measure.size(), !hasChildren};
-    return open;
+    ChildWalk walk(*this, parent);
+    bool steady = true;
+    while (walk.parent() != INVALID_ID && walk.m_next < m_nodes[parent].children.size())
+        steady = drawBlock(render, lines, walk) && steady;
+    return steady;
 }
 
-void Tree::prepareLines(const Render& render)
+/// Draws the siblings up to the end of a block, behind those blocks that are skipped.
+bool Tree::drawBlock(Render& render, TreeLines& lines, ChildWalk& walk)
 {
-    const widgets::LineMetrics metrics = widgets::lineMetrics();
-    if (metrics == m_lineMetrics && m_layoutGeneration == render.layoutGeneration)
-        return;
-    m_lineMetrics = metrics;
-    m_layoutGeneration = render.layoutGeneration;
-    m_lines.clear();
+    const unsigned parent = walk.parent();
+    walk.m_next = lines.skipBlocks(parent, walk.m_next);
+    const std::size_t start = walk.m_next;
+    if (start >= m_nodes[parent].children.size())
+        return true;
+    const std::size_t end = start - start % TreeLines::kBlock + TreeLines::kBlock;
+    const ExtentMeasure measure;
+    bool steady = true;
+    while (walk.next(end))
+        steady = drawNode(render, lines, walk.child()) && steady;
+    if (walk.parent() == INVALID_ID || m_nodes[parent].children.size() <= TreeLines::kBlock)
+        return steady;
+    Extent extent = measure.extent();
+    extent.known = steady && start % TreeLines::kBlock == 0;
+    lines.keepBlock(parent, start, extent);
+    return steady;
 }
 
 } // namespace statistics

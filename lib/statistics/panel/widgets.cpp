@@ -197,12 +197,6 @@ void text(const std::string& text)
     ImGui::TextUnformatted(begin(text), end(text));
 }
 
-bool treeNode(unsigned id, const std::string& text)
-{
-    const ImGuiID node = ImGui::GetCurrentWindow()->GetID(static_cast<int>(id));
-    return ImGui::TreeNodeBehavior(node, 0, begin(text), end(text));
-}
-
 void sameLineFrom(float column)
 {
     const float place = std::floor(layout::scaled(column));
@@ -315,58 +309,6 @@ void progressBar(float fraction, const std::string& overlay)
     const float behindFill = bar.Min.x + filled * bar.GetWidth() + style.ItemSpacing.x;
     const float left = std::max(std::min(behindFill, rightmost), bar.Min.x);
     drawClipped(overlay, ImVec2(left, bar.Min.y), bar.Max, ImVec2(0.0f, 0.5f), bar);
-}
-
-LineMetrics lineMetrics()
-{
-    const ImGuiStyle& style = ImGui::GetStyle();
-    return {ImGui::GetFontSize(), style.FramePadding.y, style.ItemSpacing.y};
-}
-
-LineMeasure::LineMeasure()
-{
-    ImGuiWindowTempData& layout = ImGui::GetCurrentContext()->CurrentWindow->DC;
-    m_start = layout.CursorPos;
-    m_reach = layout.CursorMaxPos.x;
-    layout.CursorMaxPos.x = m_start.x;
-}
-
-LineMeasure::~LineMeasure()
-{
-    float& reach = ImGui::GetCurrentContext()->CurrentWindow->DC.CursorMaxPos.x;
-    reach = std::max(reach, m_reach);
-}
-
-ImVec2 LineMeasure::size() const
-{
-    const ImGuiWindowTempData& layout = ImGui::GetCurrentContext()->CurrentWindow->DC;
-    return {layout.CursorMaxPos.x - m_start.x, layout.CursorPos.y - m_start.y};
-}
-
-HiddenLines::HiddenLines()
-{
-    const ImGuiContext& context = *ImGui::GetCurrentContext();
-    const ImGuiWindow& window = *context.CurrentWindow;
-    const float margin = context.FontSize * 2.0f;
-    m_top = window.DC.CursorPos.y;
-    m_visibleTop = window.ClipRect.Min.y - margin;
-    m_visibleBottom = window.ClipRect.Max.y + margin;
-}
-
-void HiddenLines::skip(const ImVec2& size) const
-{
-    if (size.y > 0.0f)
-        ImGui::ItemSize(ImVec2(size.x, size.y - ImGui::GetStyle().ItemSpacing.y));
-}
-
-bool hiddenTreeNode(unsigned id)
-{
-    ImGuiWindow* window = ImGui::GetCurrentWindow();
-    const ImGuiID node = window->GetID(static_cast<int>(id));
-    const bool open = window->DC.StateStorage->GetInt(node, 0) != 0;
-    if (open)
-        ImGui::TreePushOverrideID(node);
-    return open;
 }
 
 } // namespace statistics::widgets

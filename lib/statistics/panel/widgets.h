@@ -6,7 +6,7 @@
 #include <string>
 
 /// Everything that adapts Dear ImGui to the panel: guards that close what they open, widgets that show a text
-/// whole, columns of fixed width, lines that cost nothing out of view, and what was renamed between ImGui's
+/// whole, columns of fixed width, and what was renamed between ImGui's
 /// releases.
 ///
 /// ImGui cuts a label at "##" and tells widgets apart by it. The widgets here show every byte and take their
@@ -96,9 +96,6 @@ void suggestNextWindowSize(const ImVec2& size);
 void sameLineFrom(float column);
 
 void text(const std::string& text);
-/// A tree node with an identity of its own in the present scope. True if it is open; then `ImGui::TreePop`
-/// ends it.
-bool treeNode(unsigned id, const std::string& text);
 bool checkBox(const std::string& caption, bool* value);
 /// An entry of a popup, which closes when the entry is clicked.
 bool menuItem(const std::string& caption);
@@ -118,49 +115,5 @@ bool headerButton(const std::string& caption);
 bool rowSelectable(const std::string& text, bool selected);
 /// `fraction` below zero or NaN shows an empty bar. The overlay stands behind the filled part.
 void progressBar(float fraction, const std::string& overlay);
-
-/// What the height of a line depends on besides its text.
-struct LineMetrics {
-    float fontSize, framePadding, itemSpacing;
-    bool operator==(const LineMetrics& other) const
-    {
-        return fontSize == other.fontSize && framePadding == other.framePadding &&
-               itemSpacing == other.itemSpacing;
-    }
-};
-LineMetrics lineMetrics();
-/// Measures the line that is drawn while it lives.
-class [[nodiscard]] LineMeasure {
-public:
-    LineMeasure();
-    ~LineMeasure();
-    LineMeasure(const LineMeasure&) = delete;
-    LineMeasure& operator=(const LineMeasure&) = delete;
-
-    /// In pixels, the spacing below included.
-    ImVec2 size() const;
-
-private:
-    ImVec2 m_start;
-    float m_reach; ///< of the lines before
-};
-/// The lines from the present one on that lie outside the visible part of the window. The margin of two lines
-/// on both sides lets keyboard navigation reach the next one.
-class HiddenLines {
-public:
-    HiddenLines();
-    /// True for a line of `height` that stands `offset` below the present line, in pixels.
-    bool contain(float offset, float height) const
-    {
-        return m_top + offset + height < m_visibleTop || m_top + offset > m_visibleBottom;
-    }
-    /// Moves on by lines of known size, spacing included. Their width counts as if they were drawn.
-    void skip(const ImVec2& size) const;
-
-private:
-    float m_top, m_visibleTop, m_visibleBottom;
-};
-/// Opens the level of a tree node whose line was skipped, if the user has it open.
-bool hiddenTreeNode(unsigned id);
 
 } // namespace statistics::widgets

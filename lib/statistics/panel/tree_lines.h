@@ -1,0 +1,106 @@
+#pragma once
+
+#include "change_log.h"
+
+#include <imgui.h>
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+struct ImGuiWindow;
+
+namespace statistics {
+
+class Render;
+class Tree;
+
+/// The room that something takes on the panel: a node with all that shows below it, or a run of siblings.
+struct Extent {
+    float width = 0.0f;       ///< pixels from the start of the line
+    float height = 0.0f;      ///< pixels, the spacing below included
+    bool navigable = false;   ///< keyboard and gamepad can move to something in it
+    bool hasBranches = false; ///< some of it opens and closes
+    bool known = false;
+};
+
+/// Measures what is drawn while it lives, from the start of a line on.
+class [[nodiscard]] ExtentMeasure {
+public:
+    ExtentMeasure();
+    ~ExtentMeasure();
+    ExtentMeasure(const ExtentMeasure&) = delete;
+    ExtentMeasure& operator=(const ExtentMeasure&) = delete;
+
+    Extent extent() const;
+
+private:
+    ImGuiWindow& m_window;
+    ImVec2 m_start;
+    float m_reach;        ///< to the right, of what was drawn before
+    short m_layersBefore; ///< of ImGui's navigation that had something to move to
+};
+
+/// What a tree remembers of its lines, so that those out of view cost next to nothing: each node's extent
+/// when it was last drawn, and the extents of whole blocks of siblings. A change that the tree or a sample
+/// notes forgets the extents that it is part of, from the node up to the root, and no others.
+///
+/// An extent holds in one font, style and ImGui window. A few such looks are kept, so that hosts which draw
+/// the panel in two contexts, or twice a frame, don't throw them away each time.
+class TreeLines {
+public:
+    static constexpr std::size_t kBlock = 64; ///< siblings
+
+    /// Takes the look of the present window, and forgets what has changed since the last draw in it.
+    void begin(Tree& tree, Render& render);
+
+    /// Moves on past the node and all that shows below it if it lies out of view.
+    bool skip(unsigned node);
+    /// Moves on past the blocks from `position` on that lie out of view; gives the position behind them.
+    std::size_t skipBlocks(unsigned parent, std::size_t position);
+
+    void keep(unsigned node, const Extent& extent);
+    void keepBlock(unsigned parent, std::size_t position, const Extent& extent);
+    /// Remembers which node shows the counter in a slot.
+    void keepCounter(unsigned slot, unsigned node);
+
+private:
+    /// What extents depend on besides the texts.
+    struct Metrics {
+        bool operator==(const Metrics& other) const;
+
+        const ImGuiStorage* openNodes;
+        const ImFont* font;
+        float fontSize, indent;
+        ImVec2 windowPadding, framePadding, itemSpacing, innerSpacing;
+    };
+
+    struct Look {
+        Metrics metrics{};
+        std::size_t openNodes = 0; ///< a sum over the states of ImGui's tree nodes
+        ChangeLog::Position nodesRead = 0;
+        ChangeLog::Position countersRead = 0;
+        std::vector<Extent> nodes;
+        std::unordered_map<unsigned, std::vector<Extent>> blocks; ///< by parent; only of long lists
+    };
+
+    static Metrics presentMetrics();
+
+    void useLook(const Metrics& metrics);
+    void noteView();
+    void forgetChanges(const Tree& tree, const Render& render);
+    void forget(const Tree& tree, unsigned node);
+    void forgetBranches();
+    bool isHidden(const Extent& extent, float offset) const;
+    void moveOn(const Extent& extent) const;
+
+    std::vector<Look> m_looks;            ///< the one in use first
+    std::vector<unsigned> m_counterNodes; ///< by slot
+    ImGuiWindow* m_window = nullptr;      ///< while the tree is drawn
+    float m_viewTop = 0.0f;
+    float m_viewBottom = 0.0f;
+    bool m_skipsLeaves = false;
+    bool m_skipsBranches = false;
+};
+
+} // namespace statistics

@@ -1,0 +1,21 @@
+#include "tree_node.h"
+
+#include <imgui_internal.h>
+
+namespace statistics::widgets {
+
+/// Over every byte, where ImGui's own labels are read for "###", and apart from what else stands in the
+/// scope: an empty name isn't the scope itself.
+ImGuiID treeNodeId(ImGuiID parent, const std::string& name)
+{
+    return ImHashData(name.data(), name.size(), ImHashStr("node", 0, parent));
+}
+
+bool treeNode(const std::string& name)
+{
+    const ImGuiID id = treeNodeId(ImGui::GetCurrentWindow()->IDStack.back(), name);
+    ImGui::KeepAliveID(id); // as ImGui does for the ids that it makes itself
+    return ImGui::TreeNodeBehavior(id, 0, name.data(), name.data() + name.size());
+}
+
+} // namespace statistics::widgets
