@@ -1,39 +1,17 @@
-// What the fuzzers were seeded with, and what once made one of them fail.
+#include "support/replay.h"
 
 #include "../fuzz/targets.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-
 namespace {
-
-using Target = void (*)(const std::uint8_t*, std::size_t);
-
-void replay(const std::string& folder, Target target)
-{
-    std::size_t count = 0;
-    for (const auto& seed : std::filesystem::directory_iterator(STATISTICS_FUZZ_SEEDS "/" + folder)) {
-        SCOPED_TRACE(seed.path().filename().string());
-        std::ifstream file(seed.path(), std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-        target(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-        ++count;
-    }
-    EXPECT_GT(count, 0u);
-}
 
 TEST(FuzzSeeds, OfSnapshotFilesDoNoHarm)
 {
-    replay("snapshot_file", fuzz::snapshotFile);
+    test::replay("snapshot_file", fuzz::snapshotFile);
 }
 
 TEST(FuzzSeeds, OfHostsAndUsersDoNoHarm)
 {
-    replay("panel", fuzz::panel);
+    test::replay("panel", fuzz::panel);
 }
 
 } // namespace

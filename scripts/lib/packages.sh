@@ -2,7 +2,7 @@
 
 packages_build=(g++ make cmake pkg-config libimgui-dev)
 packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev)
-packages_tools=(nlohmann-json3-dev)
+packages_tools=(libcli11-dev nlohmann-json3-dev)
 packages_test=(ninja-build libgtest-dev locales)
 packages_bench=(libbenchmark-dev)
 packages_lint=(clang-format-14 clang-tidy-14)
