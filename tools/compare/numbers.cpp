@@ -20,7 +20,7 @@ std::string print(double number, Format... format)
     return {digits, std::to_chars(digits, digits + sizeof(digits), number, format...).ptr};
 }
 
-std::string withSign(double number, std::string digits)
+std::string withSign(double number, const std::string& digits)
 {
     return number > 0 ? "+" + digits : digits;
 }

@@ -27,6 +27,7 @@ void printLine(std::ostream& out, const std::vector<std::string>& cells)
 void printHead(std::ostream& out, const std::vector<Column>& columns)
 {
     std::vector<std::string> titles;
+    titles.reserve(columns.size());
     for (const Column& column : columns)
         titles.emplace_back(column.title);
     printLine(out, titles);
