@@ -1,6 +1,6 @@
 #include "app.h"
 
-#include "files.h"
+#include "user_folders.h"
 #include "watch.h"
 
 #include <statistics/statistics.h>
@@ -25,25 +25,35 @@ App::LibraryLife::~LibraryLife()
 }
 
 App::App(const Options& options)
-    : m_processPeriod(kProcessPeriod),
+    : m_machine(options.procFolder),
+      m_processPeriod(kProcessPeriod),
       m_machinePeriod(kMachinePeriod),
-      m_presets(userFolder(options.configFolder, "XDG_CONFIG_HOME", ".config")),
-      m_snapshots(userFolder(options.stateFolder, "XDG_STATE_HOME", ".local/state"), m_notices)
+      m_presets(userFolder(options.configFolder, "XDG_CONFIG_HOME", ".config", "--config"))
 {
-    describe();
+    describe(options.procFolder);
     m_presets.create();
-    m_snapshots.create();
 }
 
-void App::describe()
+void App::describe(const std::string& procFolder)
 {
     watchFrame(m_book, m_clock);
     watchWork(m_book, m_particles);
     const unsigned process = watchProcess(m_book, m_process);
-    m_threads.emplace(m_book, process, m_notices);
-    m_mappings.emplace(m_book, process, m_notices);
+    m_threads.emplace(m_book, process, m_reader, m_notices);
+    m_mappings.emplace(m_book, process, m_reader, m_notices);
     const unsigned machine = watchMachine(m_book, m_machine);
-    m_processes.emplace(m_book, machine, m_notices);
+    m_processes.emplace(m_book, machine, procFolder, m_reader, m_notices);
+}
+
+void App::keepSnapshots(const std::filesystem::path& state)
+{
+    m_snapshots.emplace(state, m_notices);
+    const std::string problem = m_snapshots->create();
+    if (problem.empty())
+        return;
+    m_snapshots.reset();
+    m_notices.message = "No snapshots: " + problem;
+    std::fprintf(stderr, "statistics_demo: no snapshots: %s\n", problem.c_str());
 }
 
 void App::work(bool hold)

@@ -12,10 +12,13 @@
 #include "presets.h"
 #include "process_probe.h"
 #include "process_table.h"
+#include "reader_thread.h"
 #include "snapshots.h"
 #include "thread_table.h"
 
+#include <filesystem>
 #include <optional>
+#include <string>
 
 namespace demo {
 
@@ -30,8 +33,13 @@ struct Settings {
 /// `System`.
 class App {
 public:
-    /// Takes the library up and tells it all there is to watch.
+    /// Takes the library up and tells it all there is to watch. Throws `std::runtime_error` with a text for
+    /// the user if there is no place for presets.
     explicit App(const Options& options);
+
+    /// Turns snapshots on, below the folder `state`. If that can't be, the user is told and the program goes
+    /// on without.
+    void keepSnapshots(const std::filesystem::path& state);
 
     /// Makes a preset active; false if there is none of that name.
     bool choosePreset(const std::string& name) { return m_presets.choose(name); }
@@ -46,7 +54,9 @@ public:
     Particles& particles() { return m_particles; }
     const PanelBook& book() const { return m_book; }
     Presets& presets() { return m_presets; }
-    const Snapshots& snapshots() const { return m_snapshots; }
+    const Presets& presets() const { return m_presets; }
+    /// Null if there are none.
+    const Snapshots* snapshots() const { return m_snapshots ? &*m_snapshots : nullptr; }
     ProcessTable& processes() { return *m_processes; }
     Notices& notices() { return m_notices; }
     Settings& settings() { return m_settings; }
@@ -60,7 +70,7 @@ private:
         LibraryLife& operator=(const LibraryLife&) = delete;
     };
 
-    void describe();
+    void describe(const std::string& procFolder);
     void probe(float dt, bool hold);
 
     LibraryLife m_life;
@@ -73,11 +83,12 @@ private:
     PanelBook m_book;
     Notices m_notices;
     Settings m_settings;
+    ReaderThread m_reader;
     std::optional<ThreadTable> m_threads;
     std::optional<MappingTable> m_mappings;
     std::optional<ProcessTable> m_processes;
     Presets m_presets;
-    Snapshots m_snapshots;
+    std::optional<Snapshots> m_snapshots;
     Pacer m_pacer;
 };
 

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -16,82 +15,106 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kFolderName = "statistics-demo";
+class Descriptor {
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor()
+    {
+        if (m_number >= 0)
+            close(m_number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
 
-struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    int number() const { return m_number; }
+
+private:
+    int m_number; // negative for none
 };
 
-using File = std::unique_ptr<std::FILE, Closer>;
-
-fs::path homeFolder()
+/// Up to one block more than `most` bytes; false after an error, which `errno` tells.
+bool readAll(int file, std::size_t most, std::string& text)
 {
-    const char* const home = std::getenv("HOME");
-    return home && *home ? home : ".";
+    // Files under /proc tell no size.
+    char block[16384];
+    while (text.size() <= most) {
+        const ssize_t count = read(file, block, sizeof(block));
+        if (count < 0 && errno != EINTR)
+            return false;
+        if (count == 0)
+            return true;
+        text.append(block, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    return true;
 }
 
-std::string lastError(const fs::path& path)
+std::string tooLarge(std::size_t most)
 {
-    return path.string() + ": " + std::strerror(errno);
+    return "is larger than " + std::to_string(most >> 10) + " KiB";
 }
 
-/// What went wrong, empty for nothing. Closing counts: a full disk may show only then.
-std::string writeNew(const fs::path& path, const std::string& text)
+std::string cantBeRead()
 {
-    File file(std::fopen(path.c_str(), "wb"));
-    if (!file)
-        return lastError(path);
-    if (std::fwrite(text.data(), 1, text.size(), file.get()) != text.size())
-        return lastError(path);
-    if (std::fclose(file.release()) != 0)
-        return lastError(path);
-    return {};
+    return std::string("can't be read: ") + std::strerror(errno);
+}
+
+/// What kind of file it is, before it is opened: to open a device may do something.
+FileText look(const fs::path& path)
+{
+    FileText file;
+    struct stat status {};
+    struct stat link {};
+    if (stat(path.c_str(), &status) == 0)
+        file.isRegular = S_ISREG(status.st_mode);
+    else if (errno == ENOENT && lstat(path.c_str(), &link) == 0)
+        file.problem = "is a link to nothing";
+    else
+        file.problem = cantBeRead();
+    if (file.problem.empty() && !file.isRegular)
+        file.problem = "is no regular file";
+    return file;
 }
 
 } // namespace
 
 std::optional<std::string> readText(const std::string& path)
 {
-    const File file(std::fopen(path.c_str(), "rb"));
-    if (!file)
-        return std::nullopt;
-    // Files under /proc tell no size.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     std::string text;
-    char block[16384];
-    while (const std::size_t count = std::fread(block, 1, sizeof(block), file.get()))
-        text.append(block, count);
-    if (std::ferror(file.get()))
+    if (file.number() < 0 || !readAll(file.number(), text.max_size() - 1, text))
         return std::nullopt;
     return text;
 }
 
-std::string replaceText(const fs::path& path, const std::string& text)
+FileText readRegularFile(const fs::path& path, std::size_t most)
 {
-    std::error_code error;
-    fs::create_directories(path.parent_path(), error);
-    if (error)
-        return path.parent_path().string() + ": " + error.message();
-
-    // Two demos may write the same file.
-    const fs::path fresh = path.string() + ".new" + std::to_string(getpid());
-    std::string problem = writeNew(fresh, text);
-    if (problem.empty()) {
-        fs::rename(fresh, path, error);
-        if (error)
-            problem = path.string() + ": " + error.message();
-    }
-    if (!problem.empty())
-        fs::remove(fresh, error);
-    return problem;
+    FileText file = look(path);
+    if (!file.problem.empty())
+        return file;
+    // Another file may have come in its place since: the flag keeps a pipe from holding us.
+    const Descriptor opened(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (opened.number() < 0 || !readAll(opened.number(), most, file.text))
+        file.problem = cantBeRead();
+    else if (file.text.size() > most)
+        file.problem = tooLarge(most);
+    return file;
 }
 
-std::vector<std::string> entriesOf(const std::string& folder)
+bool isThere(const fs::path& path)
+{
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+std::vector<std::string> entriesOf(const fs::path& folder, std::string* problem)
 {
     std::vector<std::string> names;
     std::error_code error;
     fs::directory_iterator entry(folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error))
         names.push_back(entry->path().filename().string());
+    if (problem && error && error != std::errc::no_such_file_or_directory)
+        *problem = folder.string() + ": " + error.message();
     return names;
 }
 
@@ -107,22 +130,6 @@ std::vector<int> numbersIn(const std::string& folder)
     }
     std::sort(numbers.begin(), numbers.end());
     return numbers;
-}
-
-fs::path userFolder(const std::string& chosen, const char* variable, const char* fallback)
-{
-    if (!chosen.empty())
-        return chosen;
-    // A relative path in these variables is to be ignored.
-    if (const char* base = std::getenv(variable); base && *base == '/')
-        return fs::path(base) / kFolderName;
-    return homeFolder() / fallback / kFolderName;
-}
-
-std::string shortPath(const fs::path& path)
-{
-    const fs::path inHome = path.lexically_relative(homeFolder());
-    return inHome.empty() || *inHome.begin() == ".." ? path.string() : (fs::path("~") / inHome).string();
 }
 
 } // namespace demo

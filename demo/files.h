@@ -1,32 +1,36 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-/// Reading and writing of whole files, and the folders in which a user's programs keep theirs. Nothing here
-/// throws: files under /proc vanish between listing and reading, and disks fill up.
+/// Reading of whole files and folders. Nothing here throws: files under /proc vanish between listing and
+/// reading.
 namespace demo {
 
-/// Empty if the file can't be read.
+/// For files that the kernel writes. Empty if the file can't be read.
 std::optional<std::string> readText(const std::string& path);
 
-/// Puts `text` in the place of the file: writes a new file beside it and renames that, so that a reader finds
-/// the old text or the new one and never a part. Makes the folders. The result is what went wrong, empty for
-/// nothing.
-std::string replaceText(const std::filesystem::path& path, const std::string& text);
+/// A user's file, or why there is no text of it.
+struct FileText {
+    std::string text;
+    std::string problem;    ///< empty for none; goes behind the file's name: "is no regular file"
+    bool isRegular = false; ///< so that another may take its place
+};
 
-/// The names of a folder's entries, in no order; none if it can't be read.
-std::vector<std::string> entriesOf(const std::string& folder);
+/// Reads regular files of at most `most` bytes. Whatever else a folder may hold (a pipe without a writer, a
+/// link to a device without an end) is told and not opened.
+FileText readRegularFile(const std::filesystem::path& path, std::size_t most);
+
+/// True for a link to nothing, too, and for what may not be looked at.
+bool isThere(const std::filesystem::path& path);
+
+/// The names of a folder's entries, in no order. What kept them from being read goes to `problem`; a folder
+/// that isn't there holds nothing.
+std::vector<std::string> entriesOf(const std::filesystem::path& folder, std::string* problem = nullptr);
 /// The same for entries whose names are numbers, ascending: processes and threads under /proc.
 std::vector<int> numbersIn(const std::string& folder);
-
-/// `chosen`, or if that is empty the program's folder under `variable` (XDG_CONFIG_HOME, XDG_STATE_HOME), or
-/// if that isn't set either, under `fallback` in the home folder.
-std::filesystem::path userFolder(const std::string& chosen, const char* variable, const char* fallback);
-
-/// A path as one reads it: "~" for the user's home folder.
-std::string shortPath(const std::filesystem::path& path);
 
 } // namespace demo

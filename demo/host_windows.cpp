@@ -1,14 +1,16 @@
 #include "host_windows.h"
 
-#include "files.h"
+#include "particles_view.h"
+#include "shown_text.h"
+#include "text_view.h"
+#include "user_folders.h"
 
 #include <GLFW/glfw3.h>
 #include <imgui.h>
 #include <statistics/statistics.h>
 
 #include <algorithm>
-#include <exception>
-#include <string_view>
+#include <filesystem>
 
 namespace demo {
 
@@ -16,70 +18,39 @@ using statistics::System;
 
 namespace {
 
-constexpr float kMargin = 12;      // pixels between windows
-constexpr float kPanelWidth = 944; // a table at the third level of the tree, and a scrollbar
-constexpr float kSettingsHeight = 270;
-constexpr float kWarningsHeight = 200;
-constexpr float kDetailsHeight = 320;
-constexpr float kCaptionWidth = 150; // right of a slider or field
-const ImVec4 kDim(0.55f, 0.62f, 0.70f, 1);
+constexpr float kCaptionWidth = 150;         // right of a slider or field
+constexpr std::size_t kMostWarnings = 200;   // lines
+constexpr std::size_t kLongestMessage = 300; // bytes
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
 const ImVec4 kFine(0.45f, 0.75f, 0.35f, 1);
 
-/// Places the next window in the column right of the panel, the first time that it shows.
-void placeRight(float top, float height)
-{
-    const float left = kPanelWidth + 2 * kMargin;
-    const float width = std::max(ImGui::GetIO().DisplaySize.x - left - kMargin, 320.0f);
-    ImGui::SetNextWindowPos(ImVec2(left, top), ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowSize(ImVec2(width, height), ImGuiCond_FirstUseEver);
-}
-
-void showText(std::string_view text)
-{
-    ImGui::TextUnformatted(text.data(), text.data() + text.size());
-}
-
-void showWrapped(std::string_view text)
-{
-    ImGui::PushTextWrapPos(0);
-    showText(text);
-    ImGui::PopTextWrapPos();
-}
-
-void showDim(const std::string& text)
-{
-    ImGui::PushStyleColor(ImGuiCol_Text, kDim);
-    showWrapped(text);
-    ImGui::PopStyleColor();
-}
-
-/// "Name:   value" in two columns.
-void showField(std::string_view line)
-{
-    constexpr float kValueColumn = 190; // pixels
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos) {
-        showText(line);
-        return;
-    }
-    ImGui::PushStyleColor(ImGuiCol_Text, kDim);
-    showText(line.substr(0, colon));
-    ImGui::PopStyleColor();
-    ImGui::SameLine(kValueColumn);
-    const std::size_t value = line.find_first_not_of(" \t", colon + 1);
-    showWrapped(value == std::string_view::npos ? std::string_view() : line.substr(value));
-}
-
 } // namespace
+
+HostWindows::HostWindows(App& app) : m_app(app)
+{
+    app.notices().copy = [](const std::string& text) { ImGui::SetClipboardText(text.c_str()); };
+}
 
 void HostWindows::draw(float dt)
 {
+    const ImVec2 display = ImGui::GetIO().DisplaySize;
+    m_displayChanged = display.x != m_display.x || display.y != m_display.y;
+    m_display = display;
+    m_places = placesFor(display);
     drawScene();
     drawSettings();
     drawWarnings(dt);
     drawPanel();
     drawDetails();
+}
+
+bool HostWindows::begin(const char* title, const Place& place, bool* open) const
+{
+    setNextPlace(place);
+    const bool visible = ImGui::Begin(title, open);
+    if (m_displayChanged)
+        keepOnDisplay(place);
+    return visible;
 }
 
 void HostWindows::onKey(int key)
@@ -106,25 +77,25 @@ void HostWindows::onKey(int key)
 
 void HostWindows::drawScene() const
 {
-    const ImVec2 size = ImGui::GetIO().DisplaySize;
+    const ImVec2 size = m_display;
     ImDrawList& list = *ImGui::GetBackgroundDrawList();
     const ImU32 top = IM_COL32(9, 12, 18, 255);
     const ImU32 bottom = IM_COL32(14, 21, 33, 255);
     list.AddRectFilledMultiColor(ImVec2(0, 0), size, top, top, bottom, bottom);
     // Right of the panel, which has no background, and below the other windows.
-    m_app.particles().draw(list, size.x * 0.84f, size.y * 0.77f, std::min(size.x * 0.14f, size.y * 0.2f));
+    drawParticles(m_app.particles().all(), list, size.x * 0.84f, size.y * 0.77f,
+                  std::min(size.x * 0.14f, size.y * 0.2f));
 }
 
 void HostWindows::drawSettings()
 {
-    placeRight(kMargin, kSettingsHeight);
-    if (ImGui::Begin("Demo")) {
+    if (begin("Demo", m_places.settings)) {
         drawWork();
         ImGui::Separator();
         drawFolders();
         if (!m_app.notices().message.empty()) {
             ImGui::Separator();
-            showWrapped(m_app.notices().message);
+            showWrapped(bounded(m_app.notices().message, kLongestMessage));
         }
     }
     ImGui::End();
@@ -166,7 +137,8 @@ void HostWindows::drawFolders()
         name = text;
     ImGui::PopItemWidth();
     showDim("Presets: " + shortPath(m_app.presets().folder()));
-    showDim("Snapshots: " + shortPath(m_app.snapshots().folder()));
+    if (const Snapshots* snapshots = m_app.snapshots())
+        showDim("Snapshots: " + shortPath(snapshots->folder()));
 
     const std::size_t hidden = m_app.processes().hiddenCount();
     if (hidden > 0 && ImGui::Button(("Show " + std::to_string(hidden) + " hidden").c_str()))
@@ -175,14 +147,17 @@ void HostWindows::drawFolders()
 
 void HostWindows::drawPanel()
 {
-    const float height = ImGui::GetIO().DisplaySize.y - 2 * kMargin;
-    ImGui::SetNextWindowPos(ImVec2(kMargin, kMargin), ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowSize(ImVec2(kPanelWidth, height), ImGuiCond_FirstUseEver);
+    setNextPlace(m_places.panel);
     try {
         System::instance()->draw();
-    } catch (const std::exception& error) {
+    } catch (const std::filesystem::filesystem_error& error) {
         // "Clear tree" may meet a folder that it can't delete; the library has closed what it opened.
-        m_app.notices().message = error.what();
+        m_app.notices().message = error.path1().string() + ": " + error.code().message();
+    }
+    if (m_displayChanged && System::instance()->panelOpen()) {
+        ImGui::Begin("Statistics"); // goes on with the library's window
+        keepOnDisplay(m_places.panel);
+        ImGui::End();
     }
 }
 
@@ -190,13 +165,15 @@ void HostWindows::drawWarnings(float dt)
 {
     if (m_warningPeriod.due(dt))
         m_warnings = System::instance()->collectWarnings();
-    placeRight(kSettingsHeight + 2 * kMargin, kWarningsHeight);
-    if (ImGui::Begin("Warnings")) {
+    if (begin("Warnings", m_places.warnings)) {
         ImGui::PushStyleColor(ImGuiCol_Text, m_warnings.empty() ? kFine : kWarning);
         if (m_warnings.empty())
             showText("Everything is within its limits.");
-        for (const std::string& path : m_warnings)
-            showText(path);
+        std::size_t count = 0;
+        for (const std::string& path : m_warnings) {
+            if (count++ < kMostWarnings)
+                showText(path);
+        }
         ImGui::PopStyleColor();
     }
     ImGui::End();
@@ -207,17 +184,12 @@ void HostWindows::drawDetails()
     Notices::Details& details = m_app.notices().details;
     if (details.title.empty())
         return;
-    placeRight(kSettingsHeight + kWarningsHeight + 3 * kMargin, kDetailsHeight);
     bool open = true;
-    // The title changes with the row, the window stays the same.
-    if (ImGui::Begin((details.title + "###Details").c_str(), &open)) {
-        const std::string_view text = details.text;
-        for (std::size_t start = 0; start < text.size();) {
-            const std::size_t end = std::min(text.find('\n', start), text.size());
-            showField(text.substr(start, end - start));
-            start = end + 1;
-        }
-        if (text.empty())
+    if (begin("Details", m_places.details, &open)) {
+        showText(details.title);
+        ImGui::Separator();
+        showFields(details.text);
+        if (details.text.empty())
             showText("It is gone.");
     }
     ImGui::End();

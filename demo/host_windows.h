@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app.h"
+#include "window_places.h"
 
 #include <list>
 #include <string>
@@ -11,13 +12,15 @@ namespace demo {
 /// and for the details of a row.
 class HostWindows {
 public:
-    explicit HostWindows(App& app) : m_app(app) {}
+    /// Gives `app` the system's clipboard.
+    explicit HostWindows(App& app);
 
     /// Draws everything, the panel included, in an ImGui frame.
     void draw(float dt);
     void onKey(int key);
 
 private:
+    bool begin(const char* title, const Place& place, bool* open = nullptr) const;
     void drawScene() const;
     void drawSettings();
     void drawWork();
@@ -27,6 +30,9 @@ private:
     void drawDetails();
 
     App& m_app;
+    ImVec2 m_display{}; // its size when last drawn
+    bool m_displayChanged = false;
+    WindowPlaces m_places{};
     std::list<std::string> m_warnings; // as last collected
     Period m_warningPeriod{0.25f};
 };

@@ -2,13 +2,16 @@
 
 #include "measure.h"
 #include "panel_book.h"
+#include "reader_thread.h"
 
 #include <statistics/statistics.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
+#include <limits>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,8 +19,8 @@
 
 namespace demo {
 
-/// A table on the panel over rows that are read as a whole, at the table's period. The library asks for the
-/// number of rows and for cells many times in between; all that costs is a look into the reading.
+/// A table on the panel over rows that are read as a whole, on the reader's thread. The library asks for the
+/// number of rows and for cells many times in between; all that costs is a look into the last reading.
 ///
 /// The library keeps order and selection by position. Here they follow what the user sees: after each reading
 /// the rows are sorted anew and the selection goes to where its row went. `Row` has a `key` that stays the
@@ -25,14 +28,22 @@ namespace demo {
 template<typename Row>
 class LiveTable {
 public:
-    using Read = std::function<std::vector<Row>()>;
+    using Rows = std::vector<Row>;
+    /// Runs on the reader's thread, even when the table is gone: it owns all that it needs.
+    using Read = std::function<Rows()>;
+    using Arrange = std::function<void(Rows&)>;
     using Cell = std::function<statistics::CounterValue(const Row&)>;
     using Action = std::function<void(const Row&)>;
 
-    LiveTable(PanelBook& book, const std::string& name, unsigned parent, float period, Read read)
+    /// Stands under `parent`, a counter that sums up the rows. `arrange` may take rows out of a reading.
+    LiveTable(PanelBook& book, unsigned parent, float period, ReaderThread& reader, Read read,
+              Arrange arrange = {})
         : m_period(period),
-          m_read(std::move(read)),
-          m_id(book.table(name, parent, period, [this] { return m_rows.size(); }))
+          m_reader(reader),
+          m_reading(std::make_shared<Reading>(std::move(read))),
+          m_arrange(std::move(arrange)),
+          m_parent(parent),
+          m_id(book.table("Table", parent, kNeverAgain, [this] { return m_rows.size(); }))
     {
     }
     LiveTable(const LiveTable&) = delete; // the library's functors hold the address
@@ -54,22 +65,33 @@ public:
     }
     void setDefaultAction(Action action) { statistics::setDefaultAction(m_id, onRow(std::move(action))); }
 
-    /// Shows the rows anew at the next chance, before their period is over.
+    /// Has the rows read anew before their period is over.
     void setStale() { m_stale = true; }
 
-    /// Reads the rows if it is time. With `hold` they stay as they are: a menu is open, and its row shall
-    /// not change under it.
+    /// Asks for rows if it is time, and shows those that have been read. With `hold` they stay as they are: a
+    /// menu is open, and its row shall not change under it.
     void refresh(float dt, bool hold)
     {
-        const bool due = m_period.due(dt);
-        if (hold || !(due || m_stale))
-            return;
-        readKeepingSelection();
-        if (std::exchange(m_stale, false))
-            statistics::System::instance()->updateNode(m_id);
+        m_stale |= m_period.due(dt);
+        if (m_stale && !m_asked)
+            ask();
+        if (!hold)
+            showWhatWasRead();
     }
 
 private:
+    /// Shared with the reader's thread.
+    struct Reading {
+        explicit Reading(Read function) : read(std::move(function)) {}
+
+        Read read; // the reader's alone
+        std::mutex mutex;
+        std::optional<Rows> rows; // guarded by `mutex`
+    };
+
+    /// The library refreshes the table when it is told to: when there are new rows.
+    static constexpr float kNeverAgain = std::numeric_limits<float>::infinity();
+
     statistics::Table& table() { return *statistics::System::instance()->getTable(m_id); }
 
     std::function<void(std::size_t)> onRow(Action action)
@@ -80,12 +102,40 @@ private:
         };
     }
 
-    void readKeepingSelection()
+    void ask()
+    {
+        m_asked = true;
+        m_stale = false;
+        m_reader.post([reading = m_reading] {
+            Rows rows = reading->read();
+            const std::lock_guard<std::mutex> lock(reading->mutex);
+            reading->rows = std::move(rows);
+        });
+    }
+
+    void showWhatWasRead()
+    {
+        std::optional<Rows> rows;
+        {
+            const std::lock_guard<std::mutex> lock(m_reading->mutex);
+            rows.swap(m_reading->rows);
+        }
+        if (!rows)
+            return;
+        m_asked = false;
+        if (m_arrange)
+            m_arrange(*rows);
+        replaceKeepingSelection(std::move(*rows));
+        statistics::System::instance()->updateNode(m_parent);
+    }
+
+    void replaceKeepingSelection(Rows rows)
     {
         statistics::Table& view = table();
-        const std::optional<std::uint64_t> selected = keyAt(view, view.m_selectedRow);
-        m_rows = m_read();
+        const auto selected = keyAt(view, view.m_selectedRow);
+        m_rows = std::move(rows);
         view.applySort(view.m_sortColumn, view.m_sortAscending);
+        statistics::System::instance()->updateNode(m_id);
         const auto place = std::find_if(view.m_order.begin(), view.m_order.end(),
                                         [&](std::size_t row) { return m_rows[row].key == selected; });
         view.m_selectedRow = place == view.m_order.end()
@@ -93,7 +143,7 @@ private:
                                  : static_cast<std::size_t>(place - view.m_order.begin());
     }
 
-    std::optional<std::uint64_t> keyAt(const statistics::Table& view, std::size_t viewRow) const
+    std::optional<decltype(Row::key)> keyAt(const statistics::Table& view, std::size_t viewRow) const
     {
         if (viewRow >= view.m_order.size() || view.m_order[viewRow] >= m_rows.size())
             return std::nullopt;
@@ -101,9 +151,13 @@ private:
     }
 
     Period m_period;
-    Read m_read;
-    std::vector<Row> m_rows;
+    ReaderThread& m_reader;
+    std::shared_ptr<Reading> m_reading;
+    Arrange m_arrange;
+    Rows m_rows;
     bool m_stale = false;
+    bool m_asked = false; // a reading is on its way
+    unsigned m_parent;
     unsigned m_id; // after the members that the table's functors reach
 };
 

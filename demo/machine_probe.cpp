@@ -11,11 +11,39 @@ using statistics::CounterValue;
 
 namespace {
 
-/// "some avg10=1.25 avg60=..." gives 1.25.
-CounterValue readPressure(const char* path)
+/// How many processors there are up to the last one that the text tells of.
+std::size_t countProcessors(const std::string& stat)
+{
+    constexpr double kMost = 65536;
+    std::size_t count = 0;
+    for (const std::string_view word : wordsOf(stat)) {
+        const auto number = word.substr(0, 3) == "cpu" ? toNumber(word.substr(3)) : std::nullopt;
+        if (number && *number >= 0 && *number < kMost)
+            count = std::max(count, static_cast<std::size_t>(*number) + 1);
+    }
+    return count;
+}
+
+} // namespace
+
+MachineProbe::MachineProbe(std::string folder) : m_folder(std::move(folder))
+{
+    const std::size_t count = countProcessors(textOf("stat"));
+    for (std::size_t i = 0; i < count; ++i)
+        m_processors.push_back({"cpu" + std::to_string(i) + " ", {}});
+    m_reading.processors.resize(count);
+}
+
+std::string MachineProbe::textOf(const char* file) const
+{
+    return readText(m_folder + "/" + file).value_or("");
+}
+
+// "some avg10=1.25 avg60=..." gives 1.25.
+CounterValue MachineProbe::readPressure(const char* file) const
 {
     constexpr std::string_view kKey = "avg10=";
-    const std::string text = readText(path).value_or("");
+    const std::string text = textOf(file);
     const auto line = lineOf(text, "some");
     const std::size_t start = line ? line->find(kKey) : std::string_view::npos;
     if (start == std::string_view::npos)
@@ -23,37 +51,23 @@ CounterValue readPressure(const char* path)
     return toValue(toNumber(line->substr(start + kKey.size())));
 }
 
-} // namespace
-
-MachineProbe::MachineProbe()
-{
-    const std::string stat = readText("/proc/stat").value_or("");
-    for (int i = 0;; ++i) {
-        std::string key = "cpu" + std::to_string(i) + " ";
-        if (!lineOf(stat, key))
-            break;
-        m_processors.push_back({std::move(key), {}});
-    }
-    m_reading.processors.resize(m_processors.size());
-}
-
 void MachineProbe::read()
 {
     const double now = clockSeconds();
     readLoad();
     readMemory();
-    const std::string stat = readText("/proc/stat").value_or("");
+    const std::string stat = textOf("stat");
     readProcessors(stat);
     m_reading.contextSwitches = toValue(m_contextSwitches.perSecond(numberOf(stat, "ctxt "), now));
     m_reading.newProcesses = toValue(m_newProcesses.perSecond(numberOf(stat, "processes "), now));
-    m_reading.processorPressure = readPressure("/proc/pressure/cpu");
-    m_reading.memoryPressure = readPressure("/proc/pressure/memory");
-    m_reading.storagePressure = readPressure("/proc/pressure/io");
+    m_reading.processorPressure = readPressure("pressure/cpu");
+    m_reading.memoryPressure = readPressure("pressure/memory");
+    m_reading.storagePressure = readPressure("pressure/io");
 }
 
 void MachineProbe::readLoad()
 {
-    const std::string text = readText("/proc/loadavg").value_or("");
+    const std::string text = textOf("loadavg");
     const auto words = wordsOf(text);
     const auto load = [&words](std::size_t index) {
         return index < words.size() ? toValue(toNumber(words[index])) : CounterValue();
@@ -65,7 +79,7 @@ void MachineProbe::readLoad()
 
 void MachineProbe::readMemory()
 {
-    const std::string info = readText("/proc/meminfo").value_or("");
+    const std::string info = textOf("meminfo");
     const auto mebibytes = [&info](const char* key) -> std::optional<double> {
         const auto kibibytes = numberOf(info, key);
         return kibibytes ? std::optional(*kibibytes / 1024) : std::nullopt;

@@ -28,8 +28,9 @@ struct MachineReading {
 
 class MachineProbe {
 public:
-    /// Counts the processors; the number stays.
-    MachineProbe();
+    /// Counts the processors, those between that are offline, too; the number stays. `folder` is "/proc", or
+    /// where another machine's is mounted.
+    explicit MachineProbe(std::string folder);
 
     /// Reads everything anew.
     void read();
@@ -48,10 +49,13 @@ private:
 
     static std::optional<Ticks> parseTicks(const std::string& stat, const std::string& key);
 
+    std::string textOf(const char* file) const;
+    statistics::CounterValue readPressure(const char* file) const;
     void readLoad();
     void readMemory();
     void readProcessors(const std::string& stat);
 
+    std::string m_folder;
     MachineReading m_reading;
     std::vector<Processor> m_processors;
     Rate m_contextSwitches, m_newProcesses;

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "live_table.h"
+#include "mapping_list.h"
 #include "notices.h"
 #include "panel_book.h"
-
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "reader_thread.h"
 
 namespace demo {
 
@@ -16,27 +13,15 @@ namespace demo {
 class MappingTable {
 public:
     /// Stands under a counter that sums what is in memory.
-    MappingTable(PanelBook& book, unsigned parent, Notices& notices);
+    MappingTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 
 private:
-    struct Row {
-        std::uint64_t key; // address of the first byte
-        std::string path;
-        std::string access;
-        unsigned sizeKiB;
-        unsigned residentKiB;
-        unsigned dirtyKiB; // changed and this process's alone
-        std::string text;  // the kernel's entry
-    };
-
-    static std::vector<Row> readRows();
-    static bool parseRow(std::string_view entry, Row& row);
     void addColumns();
     void addActions(Notices& notices);
 
-    LiveTable<Row> m_table;
+    LiveTable<MappingRow> m_table;
 };
 
 } // namespace demo

@@ -2,13 +2,15 @@
 
 #include <statistics/value.h>
 
+#include <algorithm>
 #include <cfloat>
+#include <limits>
 #include <optional>
 
 namespace demo {
 
-/// Tells when something is due, by the rule by which the library samples: rows that are read at their table's
-/// period are read in the very frame in which the table is refreshed, just before.
+/// Tells when something is due, by the rule by which the library samples: what is read at a counter's period
+/// is read in the very frame in which the counter is sampled, just before.
 class Period {
 public:
     explicit Period(float seconds) : m_seconds(seconds) {}
@@ -34,12 +36,13 @@ inline statistics::CounterValue toValue(std::optional<double> measured, double f
     return static_cast<float>(*measured * factor);
 }
 
-/// The same for what is counted, as a `UInt`.
+/// The same for what is counted, as a `UInt`: exact as long as it has 32 bits, then their largest.
 inline statistics::CounterValue toCount(std::optional<double> measured)
 {
     if (!measured)
         return {};
-    return static_cast<unsigned>(*measured);
+    return static_cast<unsigned>(
+        std::clamp(*measured, 0.0, static_cast<double>(std::numeric_limits<unsigned>::max())));
 }
 
 /// How fast a total grows.

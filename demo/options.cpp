@@ -1,121 +1,85 @@
 #include "options.h"
 
-#include <charconv>
+#include "exit_status.h"
+
+#include <CLI/CLI.hpp>
+
 #include <cmath>
-#include <cstdio>
-#include <cstring>
-#include <functional>
-#include <vector>
 
 namespace demo {
 
 namespace {
 
-constexpr const char* kHelp =
-    "Usage: statistics_demo [OPTION]...\n"
-    "Moves some thousand particles and watches itself doing so.\n"
-    "\n"
-    "  --list             print the path of every item on the panel and quit\n"
-    "  --check SECONDS    run without a window, print what is outside its limits;\n"
-    "                     the exit status is 1 if anything is, 0 if nothing is\n"
-    "  --preset NAME      limits to start with (Battery, Desktop, Stress or one of\n"
-    "                     your own; Desktop if not given)\n"
-    "  --config DIR       keep presets in DIR, not in ~/.config/statistics-demo\n"
-    "  --state DIR        keep snapshots, comparisons and the windows' layout in\n"
-    "                     DIR, not in ~/.local/state/statistics-demo\n"
-    "  --frames N         quit after N frames\n"
-    "  --seconds S        quit after S seconds\n"
-    "  --screen FILE      keep a list of the texts on the screen and their places\n"
-    "                     in FILE, for scripts that click\n"
-    "  --help             this text\n"
-    "\n"
-    "The exit status is 2 after a mistake in the command line, 3 without a display.\n";
+constexpr const char* kAbout = "Moves some thousand particles and watches itself and the machine doing so.";
 
-/// Takes an option's value; false if it isn't one.
-using Reader = std::function<bool(Options&, const std::string&)>;
+constexpr const char* kStatuses =
+    "The exit status is\n"
+    "  0    if all is well\n"
+    "  1    after --check, if a counter was outside its limits\n"
+    "  2    after a mistake in the command line\n"
+    "  3    without a display, or without OpenGL on it\n"
+    "  4    after --check, if none was outside, but one with limits had no value\n"
+    "  5    if it couldn't do its work; the reason is told\n"
+    "and above 128 if a signal ended it.";
 
-struct Option {
-    const char* name;
-    Reader read;
-};
-
-template<typename Number>
-bool readNumber(const std::string& text, std::optional<Number>& number)
+/// Keeps out what is a number for the parser, but no time: "nan", "inf", "-1".
+std::string isTime(const std::string& text)
 {
-    Number value{};
-    const char* const end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc() || result.ptr != end || !(value >= 0) || !std::isfinite(double(value)))
-        return false;
-    number = value;
-    return true;
+    double seconds = 0;
+    const bool isNumber = CLI::detail::lexical_cast(text, seconds);
+    return isNumber && std::isfinite(seconds) && seconds >= 0 ? "" : "'" + text + "' is no time in seconds";
 }
 
-bool readText(const std::string& text, std::string& target)
+std::string isNotEmpty(const std::string& text)
 {
-    target = text;
-    return !text.empty();
+    return text.empty() ? "it is empty" : "";
 }
 
-const std::vector<Option>& optionsWithValue()
+void describe(CLI::App& parser, Options& options)
 {
-    static const std::vector<Option> options = {
-        {"--check", [](Options& o, const std::string& text) { return readNumber(text, o.check); }},
-        {"--seconds", [](Options& o, const std::string& text) { return readNumber(text, o.seconds); }},
-        {"--frames", [](Options& o, const std::string& text) { return readNumber(text, o.frames); }},
-        {"--preset", [](Options& o, const std::string& text) { return readText(text, o.preset); }},
-        {"--config", [](Options& o, const std::string& text) { return readText(text, o.configFolder); }},
-        {"--state", [](Options& o, const std::string& text) { return readText(text, o.stateFolder); }},
-        {"--screen", [](Options& o, const std::string& text) { return readText(text, o.screenFile); }},
+    parser.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    const auto time = [&](const char* name, std::optional<double>& target, const char* text) {
+        return parser.add_option(name, target, text)->type_name("SECONDS")->check(isTime);
     };
-    return options;
-}
-
-const Option* findOption(const char* name)
-{
-    for (const Option& option : optionsWithValue()) {
-        if (std::strcmp(option.name, name) == 0)
-            return &option;
-    }
-    return nullptr;
-}
-
-/// The complaint about one argument and its value, empty if there is none. `value` is null at the end of the
-/// line.
-std::string readOption(Options& options, const char* name, const char* value)
-{
-    const Option* const option = findOption(name);
-    if (!option)
-        return "unknown option '" + std::string(name) + "'";
-    if (!value)
-        return "option '" + std::string(name) + "' needs a value";
-    if (!option->read(options, value))
-        return "'" + std::string(value) + "' is no value for option '" + name + "'";
-    return {};
+    const auto text = [&](const char* name, std::string& target, const char* type, const char* about) {
+        parser.add_option(name, target, about)->type_name(type)->check(isNotEmpty);
+    };
+    CLI::Option* const list =
+        parser.add_flag("--list", options.list, "Print the path of every item on the panel and quit");
+    time("--check", options.check, "Run without a window, print what is outside its limits or has no value")
+        ->excludes(list);
+    text("--preset", options.preset, "NAME",
+         "Limits to start with: Battery, Desktop, Stress or one of your own; Desktop if not given");
+    text("--config", options.configFolder, "DIR", "Keep presets there, not in ~/.config/statistics-demo");
+    text("--state", options.stateFolder, "DIR",
+         "Keep snapshots, comparisons and the windows' layout there, not in ~/.local/state/statistics-demo");
+    text("--proc", options.procFolder, "DIR",
+         "Read there of the machine and its processes, not in /proc: in a container, where the host's is "
+         "mounted");
+    parser.add_option("--frames", options.frames, "Quit after so many frames")->type_name("N");
+    time("--seconds", options.seconds, "Quit after this time");
+    text("--screen", options.screenFile, "FILE",
+         "Keep a list of the texts on the screen and their places there, for scripts that click");
 }
 
 } // namespace
 
-std::optional<Options> parseOptions(int argc, char** argv, int& exitCode)
+std::optional<Options> parseOptions(int argc, const char* const* argv, int& exitCode)
 {
     Options options;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--help") == 0) {
-            std::fputs(kHelp, stdout);
-            exitCode = 0;
-            return std::nullopt;
-        }
-        if (std::strcmp(argv[i], "--list") == 0) {
-            options.list = true;
-            continue;
-        }
-        const std::string complaint = readOption(options, argv[i], i + 1 < argc ? argv[i + 1] : nullptr);
-        if (!complaint.empty()) {
-            std::fprintf(stderr, "statistics_demo: %s; try --help\n", complaint.c_str());
-            exitCode = 2;
-            return std::nullopt;
-        }
-        ++i;
+    CLI::App parser(kAbout, "statistics_demo");
+    parser.footer(kStatuses);
+    parser.set_help_flag("-h,--help", "Print this text and quit");
+    describe(parser, options);
+    try {
+        parser.parse(argc, argv);
+    } catch (const CLI::CallForHelp& help) {
+        exitCode = parser.exit(help) == 0 ? kFine : kFailed;
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        std::cerr << "statistics_demo: " << error.what() << "; try --help\n";
+        exitCode = kMistake;
+        return std::nullopt;
     }
     return options;
 }

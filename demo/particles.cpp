@@ -1,7 +1,5 @@
 #include "particles.h"
 
-#include <imgui.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -10,7 +8,7 @@ namespace demo {
 namespace {
 
 constexpr int kFirstCount = 8000;
-constexpr float kPi = 3.14159265f;
+constexpr double kPi = 3.14159265358979;
 constexpr float kCentreMass = 0.35f; // a particle at radius 1 circles in about ten seconds
 constexpr float kSoftening = 0.004f; // squared length; keeps close encounters from exploding
 constexpr float kLongestStep = 0.05f;
@@ -21,13 +19,6 @@ unsigned workerCount()
     // One processor is the caller's, and a machine shall stay usable beside a demo.
     const unsigned processors = std::thread::hardware_concurrency();
     return std::clamp(processors, 2U, 5U) - 1;
-}
-
-ImU32 colorOf(float speed)
-{
-    const float t = std::clamp(speed * 0.8f, 0.0f, 1.0f);
-    const auto mix = [t](float slow, float fast) { return static_cast<int>(slow + (fast - slow) * t); };
-    return IM_COL32(mix(38, 170), mix(74, 205), mix(130, 235), mix(110, 200));
 }
 
 } // namespace
@@ -41,7 +32,7 @@ Particles::Particle Particles::newParticle()
 {
     std::uniform_real_distribution<float> share(0, 1);
     const float radius = 0.15f + 0.85f * std::sqrt(share(m_random));
-    const float angle = 2 * kPi * share(m_random);
+    const float angle = 2 * static_cast<float>(kPi) * share(m_random);
     const float speed = std::sqrt(kCentreMass / radius) * (0.97f + 0.06f * share(m_random));
     const float x = std::cos(angle);
     const float y = std::sin(angle);
@@ -62,13 +53,16 @@ void Particles::setSteps(int steps)
     m_steps = std::clamp(steps, 1, kMaxSteps);
 }
 
-Particles::Bodies Particles::bodiesAt(float time)
+// After hours a float would stand still between two steps.
+Particles::Bodies Particles::bodiesAt(double time)
 {
-    const auto circling = [time](float radius, float mass, float phase) {
-        const float angle = time * std::sqrt(kCentreMass / (radius * radius * radius)) + phase;
-        return Body{radius * std::cos(angle), radius * std::sin(angle), mass};
+    const auto circling = [time](double radius, float mass, double phase) {
+        const double turns = time * std::sqrt(kCentreMass / (radius * radius * radius)) + phase;
+        const auto angle = static_cast<float>(std::fmod(turns, 2 * kPi));
+        const auto r = static_cast<float>(radius);
+        return Body{r * std::cos(angle), r * std::sin(angle), mass};
     };
-    return {Body{0, 0, kCentreMass}, circling(0.62f, 0.006f, 0), circling(0.95f, 0.009f, 2)};
+    return {Body{0, 0, kCentreMass}, circling(0.62, 0.006f, 0), circling(0.95, 0.009f, 2)};
 }
 
 void Particles::move(Particle& particle, const Bodies& bodies, float dt)
@@ -102,24 +96,6 @@ void Particles::advance(float dt)
     for (Particle& particle : m_particles) {
         if (particle.x * particle.x + particle.y * particle.y > kFarthest * kFarthest)
             particle = newParticle();
-    }
-}
-
-void Particles::draw(ImDrawList& list, float x, float y, float scale) const
-{
-    const ImVec2 white = ImGui::GetFontTexUvWhitePixel();
-    // One reservation for each chunk: a draw list starts a new range of 16-bit indices only at a reservation.
-    constexpr std::size_t kChunk = 4096;
-    for (std::size_t first = 0; first < m_particles.size(); first += kChunk) {
-        const std::size_t end = std::min(first + kChunk, m_particles.size());
-        const int quads = static_cast<int>(end - first);
-        list.PrimReserve(6 * quads, 4 * quads);
-        for (std::size_t i = first; i < end; ++i) {
-            const Particle& p = m_particles[i];
-            const ImVec2 corner(x + p.x * scale, y + p.y * scale);
-            list.PrimRectUV(corner, ImVec2(corner.x + 1.6f, corner.y + 1.6f), white, white,
-                            colorOf(std::sqrt(p.vx * p.vx + p.vy * p.vy)));
-        }
     }
 }
 

@@ -9,8 +9,6 @@
 #include <random>
 #include <vector>
 
-struct ImDrawList;
-
 namespace demo {
 
 /// The work of this program: a disc of particles that circle a heavy centre and two lighter bodies, drawn in
@@ -21,14 +19,15 @@ public:
     static constexpr int kMaxCount = 60000;
     static constexpr int kMaxSteps = 32;
 
+    struct Particle {
+        float x, y, vx, vy;
+    };
+
     Particles();
 
     /// Moves everything on by `dt`, in `steps` steps on all workers. A long `dt` is cut, so that a pause
     /// doesn't throw the particles apart.
     void advance(float dt);
-
-    /// Draws the particles around `x`, `y`, a radius being `scale` pixels.
-    void draw(ImDrawList& list, float x, float y, float scale) const;
 
     /// Takes the workers' load and the speed of the work since the last call.
     void measure();
@@ -41,15 +40,12 @@ public:
     void setSteps(int steps);
     void setPaused(bool paused) { m_paused = paused; }
 
+    const std::vector<Particle>& all() const { return m_particles; }
     const WorkerPool& workers() const { return m_workers; }
     /// Million particle steps per second, as last measured.
     statistics::CounterValue speed() const { return m_speed; }
 
 private:
-    struct Particle {
-        float x, y, vx, vy;
-    };
-
     struct Body {
         float x, y, mass;
     };
@@ -57,7 +53,7 @@ private:
     using Bodies = std::array<Body, 3>;
 
     Particle newParticle();
-    static Bodies bodiesAt(float time);
+    static Bodies bodiesAt(double time);
     static void move(Particle& particle, const Bodies& bodies, float dt);
 
     std::vector<Particle> m_particles;
@@ -65,7 +61,7 @@ private:
     WorkerPool m_workers;
     int m_steps = 12;
     bool m_paused = false;
-    float m_time = 0;
+    double m_time = 0;
     double m_done = 0; // particle steps so far
     Rate m_doneRate;
     statistics::CounterValue m_speed;

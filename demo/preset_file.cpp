@@ -1,11 +1,14 @@
 #include "preset_file.h"
 
+#include "shown_text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace demo {
 
@@ -14,6 +17,8 @@ using statistics::Limit;
 using statistics::LimitMap;
 
 namespace {
+
+constexpr int kDeepest = 16; // levels; to copy or print a document of many thousand would overflow the stack
 
 /// The double that prints as the float does: 0.1, not 0.10000000149011612.
 double asWritten(float number)
@@ -25,35 +30,56 @@ double asWritten(float number)
     return result;
 }
 
-/// A number under `key` that a float can hold, or NaN.
-float numberIn(const json& entry, const char* key)
-{
-    const auto found = entry.find(key);
-    if (found == entry.end() || !found->is_number())
-        return NAN;
-    const auto number = found->get<double>();
-    return std::fabs(number) <= std::numeric_limits<float>::max() ? static_cast<float>(number) : NAN;
-}
-
-/// False if the entry isn't a pair of limits.
-bool parseLimit(const json& entry, Limit& limit)
+std::optional<double> numberIn(const json& entry, const char* key)
 {
     if (!entry.is_object())
-        return false;
-    limit = {numberIn(entry, "min"), numberIn(entry, "max")};
-    return limit.min <= limit.max; // false with a NaN
+        return std::nullopt;
+    const auto found = entry.find(key);
+    return found != entry.end() && found->is_number() ? std::optional(found->get<double>()) : std::nullopt;
+}
+
+bool fitsFloat(double number)
+{
+    return std::fabs(number) <= std::numeric_limits<float>::max();
 }
 
 /// The problem, empty for none.
+std::string parseLimit(const json& entry, Limit& limit)
+{
+    const auto min = numberIn(entry, "min");
+    const auto max = numberIn(entry, "max");
+    if (!min || !max)
+        return "has no min and max";
+    if (!fitsFloat(*min) || !fitsFloat(*max))
+        return "has a number that is out of range";
+    if (*min > *max)
+        return "has a min above its max";
+    limit = {static_cast<float>(*min), static_cast<float>(*max)};
+    return {};
+}
+
 std::string parseLimits(const json& entries, LimitMap& limits)
 {
-    if (!entries.is_object())
-        return "has no limits";
+    constexpr std::size_t kShownKey = 60;
     for (const auto& [key, entry] : entries.items()) {
-        if (!parseLimit(entry, limits[key]))
-            return "'" + key + "' has no min and max";
+        const std::string problem = parseLimit(entry, limits[key]);
+        if (!problem.empty())
+            return "has '" + bounded(visible(key), kShownKey) + "', which " + problem;
     }
     return {};
+}
+
+std::string parsePresetDocument(const json& document, PresetText& preset)
+{
+    if (!document.is_object())
+        return "holds no preset";
+    const auto name = document.find("name");
+    if (name != document.end() && name->is_string())
+        preset.name = name->get<std::string>();
+    const auto limits = document.find("limits");
+    if (limits == document.end() || !limits->is_object())
+        return "has no limits";
+    return parseLimits(*limits, preset.limits);
 }
 
 std::string lineOfProblem(const std::string& text, std::size_t byte)
@@ -62,30 +88,48 @@ std::string lineOfProblem(const std::string& text, std::size_t byte)
     return std::to_string(1 + std::count(text.begin(), end, '\n'));
 }
 
+/// Gives the problem, empty for none.
+std::string parseDocument(const std::string& text, json& document)
+{
+    bool tooDeep = false;
+    const auto isKept = [&tooDeep](int depth, json::parse_event_t, const json&) {
+        tooDeep = tooDeep || depth > kDeepest;
+        return depth <= kDeepest;
+    };
+    try {
+        document = json::parse(text, isKept);
+    } catch (const json::parse_error& error) {
+        return "is damaged in line " + lineOfProblem(text, error.byte);
+    } catch (const json::out_of_range&) {
+        return "has a number that is out of range";
+    }
+    return tooDeep ? "is nested too deep" : "";
+}
+
 } // namespace
 
 PresetText parsePreset(const std::string& text)
 {
     PresetText preset;
-    try {
-        const json document = json::parse(text);
-        if (document.is_object() && document.contains("name") && document["name"].is_string())
-            preset.name = document["name"].get<std::string>();
-        preset.problem = parseLimits(document.value("limits", json()), preset.limits);
-    } catch (const json::parse_error& error) {
-        preset.problem = "is damaged in line " + lineOfProblem(text, error.byte);
-    } catch (const json::exception&) {
-        preset.problem = "holds no preset"; // whole JSON, but not an object
-    }
+    json document;
+    preset.problem = parseDocument(text, document);
+    if (preset.problem.empty())
+        preset.problem = parsePresetDocument(document, preset);
     return preset;
 }
 
-std::string printPreset(const std::string& name, const LimitMap& limits)
+std::string printPreset(const std::string& name, const LimitMap& limits, const std::string& old)
 {
-    json entries = json::object();
-    for (const auto& [key, limit] : limits)
-        entries[key] = {{"min", asWritten(limit.min)}, {"max", asWritten(limit.max)}};
-    return json({{"name", name}, {"limits", entries}}).dump(4) + "\n";
+    json document = {{"name", name}, {"limits", json::object()}};
+    if (!old.empty())
+        parseDocument(old, document);
+    for (const auto& [key, limit] : limits) {
+        json& entry = document["limits"][key];
+        entry["min"] = asWritten(limit.min);
+        entry["max"] = asWritten(limit.max);
+    }
+    // Names of files may hold bytes that are no UTF-8.
+    return document.dump(4, ' ', false, json::error_handler_t::replace) + "\n";
 }
 
 } // namespace demo

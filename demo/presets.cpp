@@ -2,6 +2,8 @@
 
 #include "files.h"
 #include "preset_file.h"
+#include "save_file.h"
+#include "shown_text.h"
 
 #include <statistics/statistics.h>
 
@@ -22,6 +24,7 @@ namespace {
 
 constexpr const char* kExtension = ".json";
 constexpr std::size_t kLongestName = 40;
+constexpr std::size_t kLargestFile = 1 << 20; // bytes; a preset has some hundred
 
 struct KnownPreset {
     const char* name;
@@ -94,7 +97,7 @@ std::string fileNameOf(std::string name)
 
 std::size_t activePreset()
 {
-    return System::instance()->getPreset(0).getSelectedFunctor();
+    return System::instance()->getActivePreset();
 }
 
 } // namespace
@@ -103,6 +106,7 @@ Presets::Presets(std::filesystem::path folder) : m_folder(std::move(folder)) {}
 
 void Presets::create()
 {
+    sweepLeftovers(m_folder);
     for (KnownPreset& preset : knownPresets())
         createOne({preset.name, fileNameOf(preset.name)}, std::move(preset.limits));
     createSaved();
@@ -110,14 +114,15 @@ void Presets::create()
 
 void Presets::createSaved()
 {
-    std::vector<std::string> files = entriesOf(m_folder.string());
+    std::vector<std::string> files = entriesOf(m_folder, &m_folderProblem);
     std::sort(files.begin(), files.end());
     for (const std::string& file : files) {
         const std::filesystem::path path(file);
         if (path.extension() != kExtension || hasFile(file))
             continue;
-        const std::string name = parsePreset(readText((m_folder / file).string()).value_or("")).name;
-        createOne({fileNameOf(name) == file ? name : path.stem().string(), file}, knownPresets()[1].limits);
+        const std::string name = parsePreset(readRegularFile(m_folder / file, kLargestFile).text).name;
+        const std::string shown = visible(fileNameOf(name) == file ? name : path.stem().string());
+        createOne({shown, file}, knownPresets()[1].limits);
     }
 }
 
@@ -125,12 +130,6 @@ bool Presets::hasFile(const std::string& file) const
 {
     return std::any_of(m_entries.begin(), m_entries.end(),
                        [&file](const Entry& entry) { return entry.file == file; });
-}
-
-bool Presets::isStored(const std::string& file) const
-{
-    std::error_code error;
-    return std::filesystem::exists(m_folder / file, error);
 }
 
 void Presets::createOne(Entry entry, LimitMap limits)
@@ -141,7 +140,7 @@ void Presets::createOne(Entry entry, LimitMap limits)
     params->saveFunctor = [this](LimitMap& map, PresetSaveLoadParams&) { return save(map); };
     params->saveAsFunctor = [this](LimitMap& map, PresetSaveLoadParams&) { return saveAs(map); };
 
-    params->text = isStored(entry.file) ? load(entry, limits) : "(as built in)";
+    params->text = isThere(m_folder / entry.file) ? load(entry, limits) : "(as built in)";
     System::instance()->createPreset(entry.name, limits, std::move(params));
     m_entries.push_back(std::move(entry));
 }
@@ -165,22 +164,45 @@ std::vector<std::string> Presets::names() const
     return names;
 }
 
-// Limits that the file doesn't name stay: it may be older than the program. The result is the row's text.
-std::string Presets::load(const Entry& entry, LimitMap& limits) const
+std::vector<std::string> Presets::problems() const
 {
-    if (!isStored(entry.file))
-        return "(no " + entry.file + " yet)";
-    const std::optional<std::string> text = readText((m_folder / entry.file).string());
-    const PresetText preset = text ? parsePreset(*text) : PresetText{{}, {}, "can't be read"};
-    if (!preset.problem.empty())
-        return "(" + entry.file + " " + preset.problem + ")";
+    std::vector<std::string> problems;
+    if (!m_folderProblem.empty())
+        problems.push_back(m_folderProblem);
+    for (const Entry& entry : m_entries) {
+        if (!entry.problem.empty())
+            problems.push_back((m_folder / entry.file).string() + " " + entry.problem);
+    }
+    return problems;
+}
+
+bool Presets::isRefused(const std::string& name) const
+{
+    return std::any_of(m_entries.begin(), m_entries.end(), [&name](const Entry& entry) {
+        return fileNameOf(entry.name) == fileNameOf(name) && !entry.problem.empty();
+    });
+}
+
+// Limits that the file doesn't name stay: it may be older than the program. The result is the row's text.
+std::string Presets::load(Entry& entry, LimitMap& limits) const
+{
+    const std::string shown = visible(entry.file);
+    entry.problem.clear();
+    if (!isThere(m_folder / entry.file))
+        return "(no " + shown + " yet)";
+    const FileText file = readRegularFile(m_folder / entry.file, kLargestFile);
+    const PresetText preset =
+        file.problem.empty() ? parsePreset(file.text) : PresetText{{}, {}, file.problem};
+    entry.problem = preset.problem;
+    if (!entry.problem.empty())
+        return "(" + shown + " " + entry.problem + ")";
     for (const auto& [key, limit] : preset.limits)
         limits[key] = limit;
-    return "(from " + entry.file + ")";
+    return "(from " + shown + ")";
 }
 
 // Counters take loaded limits when their preset is chosen: for the active one that shall be now.
-std::string Presets::reload(std::size_t index, LimitMap& limits) const
+std::string Presets::reload(std::size_t index, LimitMap& limits)
 {
     std::string text = load(m_entries[index], limits);
     if (activePreset() == index)
@@ -190,9 +212,21 @@ std::string Presets::reload(std::size_t index, LimitMap& limits) const
 
 std::string Presets::save(const LimitMap& limits) const
 {
-    const Entry& entry = m_entries[activePreset()];
-    const std::string problem = replaceText(m_folder / entry.file, printPreset(entry.name, limits));
-    return "(" + (problem.empty() ? "saved as " + entry.file : problem) + ")";
+    return "(" + store(m_entries[activePreset()], limits) + ")";
+}
+
+// A damaged file is somebody's work, too: it stays aside. A healthy one keeps what this program doesn't know.
+std::string Presets::store(const Entry& entry, const LimitMap& limits) const
+{
+    const std::filesystem::path path = m_folder / entry.file;
+    const bool isNew = !isThere(path);
+    const FileText file = isNew ? FileText() : readRegularFile(path, kLargestFile);
+    if (!isNew && !file.isRegular)
+        return visible(entry.file) + " " + file.problem;
+    const bool isHealthy = !isNew && file.problem.empty() && parsePreset(file.text).problem.empty();
+    const std::string text = printPreset(entry.name, limits, isHealthy ? file.text : "");
+    const std::string problem = saveText(path, text, isHealthy ? EOld::Goes : EOld::StaysAside);
+    return problem.empty() ? "saved as " + visible(entry.file) : problem;
 }
 
 std::string Presets::saveAs(const LimitMap& limits)
@@ -200,10 +234,10 @@ std::string Presets::saveAs(const LimitMap& limits)
     const std::string name = m_saveAsName;
     const std::string file = fileNameOf(name);
     if (!isGoodName(name))
-        return "('" + name + "' is no name: use letters, digits, ' ', '-', '_')";
-    if (hasFile(file) || isStored(file))
+        return "('" + visible(name) + "' is no name: use letters, digits, ' ', '-', '_')";
+    if (hasFile(file) || isThere(m_folder / file))
         return "(" + file + " is there already)";
-    const std::string problem = replaceText(m_folder / file, printPreset(name, limits));
+    const std::string problem = saveText(m_folder / file, printPreset(name, limits));
     if (!problem.empty())
         return "(" + problem + ")";
     createOne({name, file}, limits);

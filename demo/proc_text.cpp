@@ -73,7 +73,8 @@ std::optional<TaskStat> parseTaskStat(const std::string& text)
     if (open == std::string::npos || close == std::string::npos || close < open)
         return std::nullopt;
     const auto words = wordsOf(std::string_view(text).substr(close + 1));
-    constexpr std::size_t kState = 0, kUser = 11, kSystem = 12, kNice = 16, kThreads = 17, kResident = 21;
+    constexpr std::size_t kState = 0, kUser = 11, kSystem = 12, kNice = 16, kThreads = 17, kStart = 19,
+                          kResident = 21;
     if (words.size() <= kResident)
         return std::nullopt;
 
@@ -87,6 +88,7 @@ std::optional<TaskStat> parseTaskStat(const std::string& text)
     stat.nice = numberAt<int>(words, kNice);
     stat.threads = numberAt<int>(words, kThreads);
     stat.residentMiB = numberAt<double>(words, kResident) * pageMiB;
+    stat.start = numberAt<std::uint64_t>(words, kStart);
     return stat;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,12 +20,13 @@ std::optional<double> numberOf(std::string_view text, std::string_view key);
 
 /// What /proc/PID/stat tells of a process or a thread.
 struct TaskStat {
-    std::string name;
+    std::string name; ///< any bytes but zero
     char state = '?';
     double processorSeconds = 0; ///< user and system time, in steps of the kernel's tick
     int nice = 0;
     int threads = 0;
     double residentMiB = 0;
+    std::uint64_t start = 0; ///< when it began, in ticks of the kernel since the machine did
 };
 
 /// Nothing if the text isn't complete: the task ended meanwhile.

@@ -1,40 +1,45 @@
 #include "process_table.h"
 
-#include "files.h"
-#include "proc_text.h"
-
-#include <imgui.h>
+#include "shown_text.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace demo {
 
 using statistics::CounterValue;
+using Row = ProcessRow;
 
 namespace {
 
 constexpr float kPeriod = 2.0f; // seconds
 
-std::string fileOf(std::uint64_t process, const char* name)
+std::string allAbout(const std::string& folder, const Row& row)
 {
-    return "/proc/" + std::to_string(process) + "/" + name;
-}
-
-/// As one would type it; kernel threads have none.
-std::string commandLine(std::uint64_t process)
-{
-    std::string text = readText(fileOf(process, "cmdline")).value_or("");
-    while (!text.empty() && text.back() == '\0')
-        text.pop_back();
-    std::replace(text.begin(), text.end(), '\0', ' ');
-    return text;
+    const auto status = readOf(folder, row.key, "status");
+    return status ? "Command line: " + visible(commandLine(folder, row.key)) + "\n" + *status : "";
 }
 
 } // namespace
 
-ProcessTable::ProcessTable(PanelBook& book, unsigned parent, Notices& notices)
-    : m_table(book, "Table", book.sum("Processes", parent, kPeriod, {"%u processes"}), kPeriod,
-              [this] { return readRows(); })
+void takeOutHidden(std::vector<Row>& rows, std::set<TaskKey>& hidden)
+{
+    std::set<TaskKey> found;
+    const auto isHidden = [&](const Row& row) {
+        return hidden.count(row.key) > 0 && found.insert(row.key).second;
+    };
+    rows.erase(std::remove_if(rows.begin(), rows.end(), isHidden), rows.end());
+    hidden = std::move(found);
+}
+
+ProcessTable::ProcessTable(PanelBook& book, unsigned parent, std::string folder, ReaderThread& reader,
+                           Notices& notices)
+    : m_folder(std::move(folder)),
+      m_table(
+          book, book.sum("Processes", parent, kPeriod, {"%u processes"}), kPeriod, reader,
+          [list = std::make_shared<ProcessList>(m_folder)] { return list->read(); },
+          [this](std::vector<Row>& rows) { takeOutHidden(rows, m_hidden); })
 {
     addColumns();
     addActions(notices);
@@ -43,11 +48,11 @@ ProcessTable::ProcessTable(PanelBook& book, unsigned parent, Notices& notices)
 void ProcessTable::addColumns()
 {
     m_table.addColumn("Name", 0.26f, [](const Row& row) { return CounterValue(row.name); });
-    m_table.addColumn("ID", 0.08f, [](const Row& row) { return CounterValue(static_cast<int>(row.key)); });
+    m_table.addColumn("ID", 0.08f, [](const Row& row) { return CounterValue(row.key.id); });
     m_table.addColumn("State", 0.1f, [](const Row& row) { return CounterValue(row.state); });
     m_table.addColumn("Threads", 0.1f, [](const Row& row) { return CounterValue(row.threads); });
     m_table.addColumn(
-        "Time", 0.13f, [](const Row& row) { return toValue(row.processorSeconds); }, "%.2f s");
+        "Time", 0.13f, [](const Row& row) { return toCount(row.processorSeconds); }, "%u s");
     m_table.addColumn(
         "Busy", 0.1f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
     m_table.addColumn(
@@ -59,45 +64,16 @@ void ProcessTable::addColumns()
 void ProcessTable::addActions(Notices& notices)
 {
     m_table.addClipboardAction();
-    m_table.addAction("Copy command line", [&notices](const Row& row) {
-        const std::string text = commandLine(row.key);
+    m_table.addAction("Copy command line", [this, &notices](const Row& row) {
+        const std::string text = commandLine(m_folder, row.key);
         if (!text.empty())
-            ImGui::SetClipboardText(text.c_str());
+            notices.copy(text);
         notices.message = text.empty() ? row.name + " has no command line." : "Copied: " + text;
     });
     m_table.addAction("Hide", [this, &notices](const Row& row) { hide(row, notices); });
-    m_table.setDefaultAction([&notices](const Row& row) {
-        notices.details = {"Process " + row.name, "Command line: " + commandLine(row.key) + "\n" +
-                                                      readText(fileOf(row.key, "status")).value_or("")};
+    m_table.setDefaultAction([this, &notices](const Row& row) {
+        notices.details = {"Process " + row.name, allAbout(m_folder, row)};
     });
-}
-
-std::vector<ProcessTable::Row> ProcessTable::readRows()
-{
-    m_loads.begin();
-    std::vector<Row> rows;
-    for (const int process : numbersIn("/proc")) {
-        Row row{};
-        if (m_hidden.count(static_cast<std::uint64_t>(process)) == 0 && readRow(process, row))
-            rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
-bool ProcessTable::readRow(int process, Row& row)
-{
-    row.key = static_cast<std::uint64_t>(process);
-    const auto stat = parseTaskStat(readText(fileOf(row.key, "stat")).value_or(""));
-    if (!stat)
-        return false; // ended since the folder was listed
-    row.name = stat->name;
-    row.state = stateName(stat->state);
-    row.threads = stat->threads;
-    row.nice = stat->nice;
-    row.processorSeconds = stat->processorSeconds;
-    row.loadPercent = m_loads.percent(process, stat->processorSeconds);
-    row.residentMiB = stat->residentMiB;
-    return true;
 }
 
 void ProcessTable::hide(const Row& row, Notices& notices)

@@ -3,12 +3,10 @@
 #include "live_table.h"
 #include "notices.h"
 #include "panel_book.h"
-#include "task_loads.h"
-
-#include <statistics/value.h>
+#include "process_list.h"
+#include "reader_thread.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,8 +17,9 @@ namespace demo {
 /// command line or hides it.
 class ProcessTable {
 public:
-    /// Stands under a counter of its rows.
-    ProcessTable(PanelBook& book, unsigned parent, Notices& notices);
+    /// Stands under a counter of its rows. `folder` is "/proc", or where another machine's is mounted.
+    ProcessTable(PanelBook& book, unsigned parent, std::string folder, ReaderThread& reader,
+                 Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 
@@ -28,26 +27,16 @@ public:
     void showHidden();
 
 private:
-    struct Row {
-        std::uint64_t key; // the process's id
-        std::string name;
-        const char* state;
-        int threads;
-        int nice;
-        double processorSeconds;
-        statistics::CounterValue loadPercent;
-        double residentMiB;
-    };
-
-    std::vector<Row> readRows();
-    bool readRow(int process, Row& row);
     void addColumns();
     void addActions(Notices& notices);
-    void hide(const Row& row, Notices& notices);
+    void hide(const ProcessRow& row, Notices& notices);
 
-    TaskLoads m_loads;
-    std::set<std::uint64_t> m_hidden; // keys of rows
-    LiveTable<Row> m_table;
+    std::string m_folder;
+    std::set<TaskKey> m_hidden;
+    LiveTable<ProcessRow> m_table;
 };
+
+/// Takes the hidden ones out of the rows, and what isn't among the rows any more out of the hidden ones.
+void takeOutHidden(std::vector<ProcessRow>& rows, std::set<TaskKey>& hidden);
 
 } // namespace demo

@@ -1,7 +1,7 @@
 #include "screen_report.h"
 
-#include "files.h"
 #include "offscreen/frame_reader.h"
+#include "save_file.h"
 
 #include <imgui.h>
 

@@ -1,14 +1,14 @@
 #include "snapshots.h"
 
 #include "csv.h"
-#include "files.h"
+#include "run_number.h"
+#include "save_file.h"
+#include "user_folders.h"
 
 #include <statistics/statistics.h>
 
-#include <algorithm>
-#include <charconv>
 #include <ctime>
-#include <string_view>
+#include <utility>
 
 namespace demo {
 
@@ -16,17 +16,6 @@ namespace fs = std::filesystem;
 using statistics::System;
 
 namespace {
-
-constexpr std::string_view kRun = "run-";
-
-/// The number in a run's folder name, 0 for other names.
-int runNumber(const std::string& name)
-{
-    int number = 0;
-    if (std::string_view(name).substr(0, kRun.size()) == kRun)
-        std::from_chars(name.data() + kRun.size(), name.data() + name.size(), number);
-    return number;
-}
 
 std::string localTime()
 {
@@ -39,26 +28,27 @@ std::string localTime()
 
 } // namespace
 
-Snapshots::Snapshots(const fs::path& state, Notices& notices)
-    : m_root(state / "snapshots"), m_comparisons(state / "comparisons"), m_notices(notices)
+Snapshots::Snapshots(fs::path state, Notices& notices)
+    : m_state(std::move(state)),
+      m_root(m_state / "snapshots"),
+      m_comparisons(m_state / "comparisons"),
+      m_notices(notices)
 {
 }
 
-void Snapshots::create()
+std::string Snapshots::create()
 {
+    const RunNumber run = takeRunNumber(m_state, m_root);
+    if (!run.problem.empty())
+        return run.problem;
+    sweepLeftovers(m_comparisons);
     try {
-        System::instance()->createStatsAnalyzer(m_root.string(), nextRun(), [this] { saveDiff(); });
+        System::instance()->createStatsAnalyzer(m_root.string(), runFolder(run.number),
+                                                [this] { saveDiff(); });
     } catch (const fs::filesystem_error& error) {
-        m_notices.message = std::string("No snapshots: ") + error.what();
+        return error.path1().string() + ": " + error.code().message();
     }
-}
-
-std::string Snapshots::nextRun() const
-{
-    int last = 0;
-    for (const std::string& name : entriesOf(m_root.string()))
-        last = std::max(last, runNumber(name));
-    return std::string(kRun) + std::to_string(last + 1);
+    return {};
 }
 
 void Snapshots::saveDiff()
@@ -69,7 +59,7 @@ void Snapshots::saveDiff()
         return;
     }
     const fs::path path = m_comparisons / (localTime() + ".csv");
-    const std::string problem = replaceText(path, toCsv(comparison));
+    const std::string problem = saveText(path, toCsv(comparison));
     m_notices.message = problem.empty() ? "Comparison saved:\n" + shortPath(path) : problem;
 }
 

@@ -11,17 +11,18 @@ namespace demo {
 /// one run, `<state>/comparisons/` what "Save diff" wrote.
 class Snapshots {
 public:
-    Snapshots(const std::filesystem::path& state, Notices& notices);
+    Snapshots(std::filesystem::path state, Notices& notices);
 
-    /// Turns snapshots on. If the folder can't be read that is told, and the program goes on without.
-    void create();
+    /// Turns snapshots on, in a folder that is this run's alone. The result is why that couldn't be, empty
+    /// for nothing: the program goes on without.
+    std::string create();
 
     const std::filesystem::path& folder() const { return m_root; }
 
 private:
-    std::string nextRun() const;
     void saveDiff();
 
+    std::filesystem::path m_state;
     std::filesystem::path m_root; // of the snapshots
     std::filesystem::path m_comparisons;
     Notices& m_notices;

@@ -1,41 +1,26 @@
 #include "thread_table.h"
 
-#include "files.h"
-#include "proc_text.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <sys/resource.h>
 
 namespace demo {
 
 using statistics::CounterValue;
+using Row = ThreadRow;
 
 namespace {
 
 constexpr float kPeriod = 1.0f; // seconds
-constexpr const char* kFolder = "/proc/self/task";
 constexpr std::size_t kTimeColumn = 3;
-
-std::string fileOf(std::uint64_t thread, const char* name)
-{
-    return std::string(kFolder) + "/" + std::to_string(thread) + "/" + name;
-}
-
-/// Finer than the ticks in "stat"; nothing on kernels without scheduler statistics.
-std::optional<double> exactSeconds(std::uint64_t thread)
-{
-    const auto text = readText(fileOf(thread, "schedstat"));
-    const auto nanoseconds = text ? toNumber(*text) : std::nullopt;
-    return nanoseconds ? std::optional(*nanoseconds * 1e-9) : std::nullopt;
-}
 
 } // namespace
 
-ThreadTable::ThreadTable(PanelBook& book, unsigned parent, Notices& notices)
-    : m_table(book, "Table", book.sum("Threads", parent, kPeriod, {"%.2f s of processor time"}, kTimeColumn),
-              kPeriod, [this] { return readRows(); })
+ThreadTable::ThreadTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices)
+    : m_table(book, book.sum("Threads", parent, kPeriod, {"%u s of processor time"}, kTimeColumn), kPeriod,
+              reader, [list = std::make_shared<ThreadList>(kOwnThreads)] { return list->read(); })
 {
     addColumns();
     addActions(notices);
@@ -44,10 +29,11 @@ ThreadTable::ThreadTable(PanelBook& book, unsigned parent, Notices& notices)
 void ThreadTable::addColumns()
 {
     m_table.addColumn("Name", 0.21f, [](const Row& row) { return CounterValue(row.name); });
-    m_table.addColumn("ID", 0.09f, [](const Row& row) { return CounterValue(static_cast<int>(row.key)); });
+    m_table.addColumn("ID", 0.09f, [](const Row& row) { return CounterValue(row.key.id); });
     m_table.addColumn("State", 0.1f, [](const Row& row) { return CounterValue(row.state); });
+    // Whole seconds: exact for years, where a float's hundredths are gone after a day.
     m_table.addColumn(
-        "Time", 0.12f, [](const Row& row) { return toValue(row.processorSeconds); }, "%.2f s");
+        "Time", 0.12f, [](const Row& row) { return toCount(row.processorSeconds); }, "%u s");
     m_table.addColumn(
         "Busy", 0.12f, [](const Row& row) { return row.loadPercent; }, "%.1f %%");
     m_table.addColumn("Voluntary", 0.14f, [](const Row& row) { return row.voluntarySwitches; });
@@ -62,47 +48,21 @@ void ThreadTable::addActions(Notices& notices)
     m_table.addAction("Lower priority", [this, &notices](const Row& row) { changeNice(row, 5, notices); });
     m_table.addAction("Raise priority", [this, &notices](const Row& row) { changeNice(row, -5, notices); });
     m_table.setDefaultAction([&notices](const Row& row) {
-        notices.details = {"Thread " + row.name, readText(fileOf(row.key, "status")).value_or("")};
+        notices.details = {"Thread " + row.name, readOf(kOwnThreads, row.key, "status").value_or("")};
     });
-}
-
-std::vector<ThreadTable::Row> ThreadTable::readRows()
-{
-    m_loads.begin();
-    std::vector<Row> rows;
-    for (const int thread : numbersIn(kFolder)) {
-        Row row{};
-        if (readRow(thread, row))
-            rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
-bool ThreadTable::readRow(int thread, Row& row)
-{
-    row.key = static_cast<std::uint64_t>(thread);
-    const auto stat = parseTaskStat(readText(fileOf(row.key, "stat")).value_or(""));
-    if (!stat)
-        return false; // ended since the folder was listed
-    const std::string status = readText(fileOf(row.key, "status")).value_or("");
-    row.name = stat->name;
-    row.state = stateName(stat->state);
-    row.nice = stat->nice;
-    row.processorSeconds = exactSeconds(row.key).value_or(stat->processorSeconds);
-    row.loadPercent = m_loads.percent(thread, row.processorSeconds);
-    row.voluntarySwitches = toCount(numberOf(status, "voluntary_ctxt_switches:"));
-    row.involuntarySwitches = toCount(numberOf(status, "nonvoluntary_ctxt_switches:"));
-    return true;
 }
 
 void ThreadTable::changeNice(const Row& row, int change, Notices& notices)
 {
     const int nice = std::clamp(row.nice + change, -20, 19);
-    if (setpriority(PRIO_PROCESS, static_cast<id_t>(row.key), nice) == 0)
+    m_table.setStale();
+    // The kernel takes the number of any process's thread: without a look it might be a stranger by now.
+    if (!isAlive(kOwnThreads, row.key))
+        notices.message = "Thread " + row.name + " has ended.";
+    else if (setpriority(PRIO_PROCESS, static_cast<id_t>(row.key.id), nice) == 0)
         notices.message = "Thread " + row.name + " now has the nice value " + std::to_string(nice) + ".";
     else
         notices.message = "Thread " + row.name + ": " + std::strerror(errno) + ".";
-    m_table.setStale();
 }
 
 } // namespace demo

@@ -3,13 +3,8 @@
 #include "live_table.h"
 #include "notices.h"
 #include "panel_book.h"
-#include "task_loads.h"
-
-#include <statistics/value.h>
-
-#include <cstdint>
-#include <string>
-#include <vector>
+#include "reader_thread.h"
+#include "thread_list.h"
 
 namespace demo {
 
@@ -18,30 +13,16 @@ namespace demo {
 class ThreadTable {
 public:
     /// Stands under a counter that sums the threads' processor time.
-    ThreadTable(PanelBook& book, unsigned parent, Notices& notices);
+    ThreadTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 
 private:
-    struct Row {
-        std::uint64_t key; // the thread's id
-        std::string name;
-        const char* state;
-        int nice;
-        double processorSeconds;
-        statistics::CounterValue loadPercent;
-        statistics::CounterValue voluntarySwitches;
-        statistics::CounterValue involuntarySwitches;
-    };
-
-    std::vector<Row> readRows();
-    bool readRow(int thread, Row& row);
     void addColumns();
     void addActions(Notices& notices);
-    void changeNice(const Row& row, int change, Notices& notices);
+    void changeNice(const ThreadRow& row, int change, Notices& notices);
 
-    TaskLoads m_loads;
-    LiveTable<Row> m_table;
+    LiveTable<ThreadRow> m_table;
 };
 
 } // namespace demo

@@ -1,5 +1,7 @@
 #include "window.h"
 
+#include "display_loss.h"
+
 #include <GLFW/glfw3.h>
 #include <backends/imgui_impl_glfw.h>
 #include <backends/imgui_impl_opengl3.h>
@@ -47,6 +49,7 @@ Window::Window(const char* layoutFile)
     glfwSetErrorCallback([](int, const char* text) { lastGlfwError() = text; });
     if (!glfwInit())
         throw std::runtime_error("no window: " + lastGlfwError());
+    watchForDisplayLoss(m_displayLost);
     createWindow();
     if (!m_window) {
         glfwTerminate();
@@ -98,7 +101,7 @@ Window::~Window()
 
 bool Window::closed() const
 {
-    return glfwWindowShouldClose(m_window) != 0;
+    return m_displayLost || glfwWindowShouldClose(m_window) != 0;
 }
 
 void Window::pollEvents(const std::function<void(int)>& onKey)

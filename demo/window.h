@@ -16,6 +16,7 @@ public:
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
+    /// By its close box, or with its display.
     bool closed() const;
     /// Handles what the user did. `onKey` gets the GLFW codes of the keys pressed outside of text fields.
     void pollEvents(const std::function<void(int key)>& onKey);
@@ -32,6 +33,7 @@ private:
     void createGui(const char* layoutFile);
 
     GLFWwindow* m_window = nullptr;
+    bool m_displayLost = false;
     const std::function<void(int)>* m_onKey = nullptr; // while events are polled
 };
 

@@ -3,20 +3,31 @@
 #include <chrono>
 #include <pthread.h>
 #include <string>
+#include <system_error>
+#include <utility>
 
 namespace demo {
 
 WorkerPool::WorkerPool(unsigned workers)
 {
-    for (unsigned i = 0; i < workers; ++i)
-        m_workers.push_back(std::make_unique<Worker>());
-    // Part 0 is the caller's. Threads start when the list is complete, since they read its size.
-    for (std::size_t i = 0; i < m_workers.size(); ++i) {
-        Worker& worker = *m_workers[i];
-        worker.thread = std::thread([this, &worker, i] { serve(worker, i + 1); });
-        const std::string name = "particles-" + std::to_string(i + 1);
-        pthread_setname_np(worker.thread.native_handle(), name.c_str());
+    m_workers.reserve(workers);
+    while (m_workers.size() < workers && startWorker()) {
     }
+}
+
+// Threads read the list of workers only in a round, and the first comes after the last is started.
+bool WorkerPool::startWorker()
+{
+    const std::size_t part = m_workers.size() + 1; // part 0 is the caller's
+    auto worker = std::make_unique<Worker>();
+    try {
+        worker->thread = std::thread([this, &served = *worker, part] { serve(served, part); });
+    } catch (const std::system_error&) {
+        return false; // the machine or its administrator gives no more: the others do the work
+    }
+    pthread_setname_np(worker->thread.native_handle(), ("particles-" + std::to_string(part)).c_str());
+    m_workers.push_back(std::move(worker));
+    return true;
 }
 
 WorkerPool::~WorkerPool()

@@ -22,6 +22,7 @@ public:
     /// A part of the loop: from `begin` up to `end`.
     using Work = std::function<void(std::size_t begin, std::size_t end)>;
 
+    /// Fewer workers, or none, where so many threads can't be started.
     explicit WorkerPool(unsigned workers);
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;
@@ -46,6 +47,7 @@ private:
         std::thread thread;
     };
 
+    bool startWorker();
     void serve(Worker& worker, std::size_t part);
     void runPart(std::size_t part) const;
 

@@ -19,6 +19,7 @@ wait_for() {
 
 start_display() {
     Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+    display_server=$!
     wait_for "virtual display" test -s "$work/display"
     DISPLAY=:$(<"$work/display")
     export DISPLAY
@@ -79,10 +80,11 @@ click() {
 # double_click <what it brings to the screen> <text> [nth]
 double_click() {
     local try
-    # A busy machine may draw so slowly that the clicks fall into one frame, or too far apart.
+    # A busy machine may draw so slowly that the clicks fall into one frame, or too far apart: each try has
+    # another pace.
     for ((try = 0; try < 10; ++try)); do
         point_at "${@:2}"
-        xdotool click --repeat 2 --delay 130 1
+        xdotool click --repeat 2 --delay $((90 + try % 5 * 45)) 1
         look_again
         look_again
         is_shown "$1" && return

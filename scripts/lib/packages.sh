@@ -1,7 +1,7 @@
 # Sourced by the scripts: brings in Debian and Ubuntu packages, when they are missing and when it may.
 
 packages_build=(g++ make cmake pkg-config libimgui-dev)
-packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev)
+packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev libcli11-dev)
 packages_tools=(libcli11-dev nlohmann-json3-dev)
 packages_test=(ninja-build libgtest-dev locales)
 packages_bench=(libbenchmark-dev)

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The demo by real clicks: presets on disk, rows on the system's clipboard, a thread's priority, snapshots.
+# The demo by real clicks: presets on disk, rows on the system's clipboard, a thread's priority, snapshots, a process
+# with a very long command line, a display that goes away, a small one.
 # usage: panel.sh PROGRAM
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
@@ -19,6 +20,7 @@ printf '{"name": "Desktop",\n "limits":\n  oops}' >"$config/desktop.json"
 
 start_display 1400x1050
 start_demo "$1" --preset Stress
+click "Pause particles" # a busy machine shall have time for frames: two clicks in one are no double click
 
 # Presets: a damaged file is told, the active limits are saved, loaded back and saved under a new name.
 click Presets
@@ -51,8 +53,21 @@ is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f
 wait_for "nice value of 5" is_lower
 double_click "Thread particles-1" particles-1
 
-# Snapshots: files, check boxes, the comparison as a spreadsheet gets it.
+# A stranger's command line is bounded on the screen, and whole on the clipboard.
+cp "$(command -v sleep)" "$work/0-verbose"
+# shellcheck disable=SC2046
+"$work/0-verbose" $(yes 1 | head -n 12000) &
 click Process
+click Machine
+click Processes
+double_click "Process 0-verbose" 0-verbose
+open_menu 0-verbose Nice
+click "Copy command line"
+whole_line() { (($(clipboard | wc -c) > 24000)); }
+wait_for "whole command line on the clipboard" whole_line
+click Machine
+
+# Snapshots: files, check boxes, the comparison as a spreadsheet gets it.
 click Diff
 click "Take snapshot"
 snapshot_is_there() { ls "$state"/snapshots/run-1/run-1_*.csv >/dev/null 2>&1; }
@@ -68,7 +83,21 @@ comparison=$(echo "$state"/comparisons/*.csv)
 check "the header of the comparison" test "$(head -n 1 "$comparison")" == "Caption,$name,Changed"$'\r'
 check "a line for each counter" test "$(wc -l <"$comparison")" -eq "$(($(wc -l <"$state/snapshots/run-1/$name") - 1))"
 
-kill -INT "$demo"
-wait "$demo" || check "a clean end" false
-no_reports() { ! grep -q "ASSERTION FAILED" "$work/demo.log"; }
-check "no reports" no_reports
+# The end of the display is the end of the demo, as its close box is.
+ended_well() { wait "$demo" && ! grep -q "ASSERTION FAILED" "$work/demo.log"; }
+kill "$display_server"
+check "a clean end without a display" ended_well
+check "the layout is kept" test -s "$state/layout.ini"
+
+# A small display shows all windows, those too that stood elsewhere on the large one.
+rm "$work/display" "$work/screen"
+start_display 800x600
+start_demo "$1"
+for text in Statistics Presets Demo "Pause sampling" Warnings; do
+    wait_for "$text on the small display" is_shown "$text"
+done
+click Panel
+is_hidden() { ! is_shown Presets; }
+wait_for "end of the panel" is_hidden
+kill -HUP "$demo"
+check "a clean end after a hang-up" ended_well

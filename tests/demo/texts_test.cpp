@@ -2,11 +2,13 @@
 #include "csv.h"
 #include "preset_file.h"
 #include "proc_text.h"
+#include "shown_text.h"
 
 #include <statistics/diff_table.h>
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 namespace {
@@ -55,14 +57,42 @@ TEST(PresetFile, tellsWhatIsWrongWithIt)
         {"[1, 2]", "holds no preset"},
         {"{}", "has no limits"},
         {R"({"limits": 3})", "has no limits"},
-        {R"({"limits": {"a": 3}})", "'a' has no min and max"},
-        {R"({"limits": {"a": {"min": 1}}})", "'a' has no min and max"},
-        {R"({"limits": {"a": {"min": "1", "max": 2}}})", "'a' has no min and max"},
-        {R"({"limits": {"a": {"min": 3, "max": 2}}})", "'a' has no min and max"},
-        {R"({"limits": {"a": {"min": 0, "max": 1e300}}})", "'a' has no min and max"},
+        {R"({"limits": {"a": 3}})", "has 'a', which has no min and max"},
+        {R"({"limits": {"a": {"min": 1}}})", "has 'a', which has no min and max"},
+        {R"({"limits": {"a": {"min": "1", "max": 2}}})", "has 'a', which has no min and max"},
+        {R"({"limits": {"a\n": {"min": 3, "max": 2}}})", "has 'a?', which has a min above its max"},
+        {R"({"limits": {"a": {"min": 0, "max": 1e39}}})", "has 'a', which has a number that is out of range"},
+        {R"({"limits": {"a": {"min": 0, "max": 1e999}}})", "has a number that is out of range"},
     };
     for (const auto& [text, problem] : cases)
         EXPECT_EQ(demo::parsePreset(text).problem, problem) << text;
+}
+
+TEST(PresetFile, isRefusedWhenItIsNestedTooDeep)
+{
+    constexpr std::size_t kDepth = 100000; // enough for the stack to overflow where each level takes some
+    const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
+    EXPECT_EQ(demo::parsePreset(deep).problem, "is nested too deep");
+    EXPECT_EQ(demo::parsePreset(R"({"limits": {}, "note": )" + deep + "}").problem, "is nested too deep");
+}
+
+TEST(PresetFile, keepsWhatTheProgramDoesNotKnow)
+{
+    const std::string old = R"({"name": "Mine", "note": ["a", {"b": 1}],
+                                "limits": {"a": {"min": 0, "max": 1, "why": "c"}, "z": {"min": 5, "max": 6}}})";
+    const std::string text = demo::printPreset("mine", {{"a", {2, 3}}}, old);
+    for (const char* kept :
+         {R"("name": "Mine")", R"("note")", R"("why": "c")", R"("max": 6)", R"("min": 2.0)"})
+        EXPECT_NE(text.find(kept), std::string::npos) << kept << " in " << text;
+    EXPECT_EQ(demo::parsePreset(text).problem, "");
+}
+
+TEST(ShownText, isOneLineOfBoundedLength)
+{
+    EXPECT_EQ(demo::visible("a\tb\nc\x7f\xc2\x85 \xc3\xa4"), "a?b?c?? \xc3\xa4");
+    EXPECT_EQ(demo::bounded("abc", 3), "abc");
+    EXPECT_EQ(demo::bounded("abcd", 3), "abc... (4 characters)");
+    EXPECT_EQ(demo::bounded("ab\xc3\xa4", 3), "ab... (4 characters)"); // no half of a character
 }
 
 TEST(TaskStat, readsNamesWithBlanksAndParentheses)
