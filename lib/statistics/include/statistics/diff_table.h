@@ -42,6 +42,7 @@ public:
     /// many columns there are; for a snapshot that is in already, entries times columns.
     void addSnapshot(const std::string& title, std::size_t snapshot, const Entries& entries);
     /// Takes a snapshot out; its captions stay until the last column goes. Unknown snapshots change nothing.
+    /// Compares as much as one snapshot has rows, as a rule, but moves all values behind the column.
     void removeColumn(std::size_t snapshot);
     void clear();
 

@@ -122,6 +122,9 @@ public:
 
     /// Turns on snapshots: files `<root>/<folder>/<folder>_<time>.csv`, one folder per run. Finds what
     /// earlier runs left under `root` and adds the buttons, check boxes and the comparison to the panel.
+    /// Give it a `root` that holds nothing else: "Clear tree" deletes every folder directly below it that has
+    /// a file, with all that is in it. A relative one is settled by this call. Other processes may use it,
+    /// too; what they remove is no error here. A snapshot that can't be written is kept in memory.
     /// `saveDiff` is the action of the button "Save diff", may be empty. False if snapshots are on already,
     /// or if `root` is empty or `folder` isn't one plain path component (reported). Throws what reading the
     /// folders throws; then nothing has changed.
