@@ -188,6 +188,36 @@ TEST_F(SnapshotPanel, turningOffGivesBackAllThatSnapshotsTookAndFullPoolsAreNoMa
     EXPECT_FALSE(system().removeStatsAnalyzer());
 }
 
+TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
+{
+    dir.write("root/linked to/three.csv", kHead);
+    dir.write("root/old/deeper/four.txt", "");
+    createOpened();
+    ui.moveTo("Clear tree");
+    ui.frames(2);
+    const std::string place = " below " + dir("root");
+    EXPECT_TRUE(ui.read().contains("Deletes 2 folders with 4 files" + place));
+    dir.write("root/old/late.txt", "");
+    ui.frames(2); // counted once
+    EXPECT_TRUE(ui.read().contains("Deletes 2 folders with 4 files" + place));
+    ui.click("Clear tree");
+    ui.frames(2);
+    ui.moveTo("Clear tree"); // it stands where fewer lines are above it
+    ui.frames(2);
+    EXPECT_TRUE(ui.read().contains("Deletes 0 folders with 0 files" + place));
+}
+
+TEST_F(SnapshotPanel, pointingAtABoxWhoseSnapshotIsNotOnDiskTellsWhy)
+{
+    dir.write("root/bench", "a file where the folder should be");
+    dir.write("root/old/one.csv", kHead);
+    EXPECT_TRUE(create());
+    click({"Diff", "Take snapshot", "Snapshots", "bench"});
+    ui.moveTo(snapshots().back().name);
+    ui.frames(2);
+    EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
+}
+
 TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
 {
     const std::string nul("a\0b", 3);

@@ -100,6 +100,7 @@ void Render::clearSnapshotControl()
     // What the host's function holds may call back when it goes.
     CallScope::retire(std::exchange(saveDiffFunctor, nullptr));
     clearTreeFunctor = nullptr;
+    clearTreeNoteFunctor = nullptr;
 }
 
 void Render::clearDiffTable()

@@ -78,6 +78,7 @@ public:
     std::function<void()> takeSnapshotFunctor;
     std::function<void()> saveDiffFunctor;
     std::function<void()> clearTreeFunctor;
+    std::function<std::string()> clearTreeNoteFunctor; ///< what "Clear tree" would do, in words
     std::function<DiffTable&()> diffTableFunctor;
     std::size_t diffColumnCount = NO_INDEX; ///< snapshot columns when the comparison was last drawn
     bool diffWidthsPending = true;
@@ -97,6 +98,7 @@ private:
     bool drawCounter(unsigned slot, bool hasChildren);
     void drawCheckbox(unsigned slot);
     void drawSnapshotControl();
+    void drawClearTreeNote();
     bool drawTable(unsigned slot);
     std::size_t drawTableColumns(unsigned slot, Table& table);
     void drawTableHeader(unsigned slot, Table& table, std::size_t columns);
@@ -115,9 +117,10 @@ private:
     ItemTable* tableItem(unsigned slot, const Table& table);
 
     std::size_t m_diffRowCount = 0;
-    RowLines m_diffLines;    ///< of the comparison's rows
-    std::string m_diffText;  ///< memory for the values' texts
-    std::string m_valueText; ///< memory for a counter's new text
+    RowLines m_diffLines;        ///< of the comparison's rows
+    std::string m_clearTreeNote; ///< while the user points at the button
+    std::string m_diffText;      ///< memory for the values' texts
+    std::string m_valueText;     ///< memory for a counter's new text
 };
 
 } // namespace statistics

@@ -6,6 +6,7 @@
 
 #include <ctime>
 #include <filesystem>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -66,6 +67,36 @@ fs::path absolutePath(const fs::path& path)
     fs::path result = fs::absolute(path, error);
     throwIf(error, "absolute", path);
     return result;
+}
+
+constexpr std::size_t kMostCounted = 1000;
+
+struct FileCount {
+    std::size_t seen = 0;  ///< entries of any kind, up to `kMostCounted`
+    std::size_t files = 0; ///< of them, what isn't a directory
+};
+
+/// Counts what is below a directory, and follows no link. False if there is nothing at `path`.
+bool countBelow(const fs::path& path, FileCount& count)
+{
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
+    if (type != fs::file_type::directory)
+        return type == fs::file_type::symlink;
+    fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::recursive_directory_iterator() && count.seen < kMostCounted;
+         entry.increment(error)) {
+        ++count.seen;
+        std::error_code gone;
+        if (entry->symlink_status(gone).type() != fs::file_type::directory)
+            ++count.files;
+    }
+    return true;
+}
+
+std::string counted(std::size_t count, const char* what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 bool localTime(std::time_t moment, std::tm& local)
@@ -170,6 +201,20 @@ void StatisticsAnalyzer::clearSnapshots()
     }
     diffTable.clear();
     snapshots.clear();
+}
+
+std::string StatisticsAnalyzer::describeClearing() const
+{
+    std::set<std::string> folders;
+    for (const Snapshot& snapshot : snapshots)
+        folders.insert(snapshot.folder);
+    std::size_t known = 0;
+    FileCount count;
+    for (const std::string& name : folders)
+        known += countBelow(toPath(pathOf(name)), count) ? 1 : 0;
+    const std::string atLeast = count.seen == kMostCounted ? "at least " : "";
+    return "Deletes " + counted(known, "folder") + " with " + atLeast + counted(count.files, "file") +
+           " below " + m_place;
 }
 
 void StatisticsAnalyzer::forEachSnapshot(const std::function<void(const Snapshot&)>& visit) const

@@ -45,6 +45,8 @@ public:
     /// Deletes the folders of all records from disk (`removeTree`), then forgets records and comparison. If a
     /// folder can't be deleted, that leaves as an exception and nothing is forgotten.
     void clearSnapshots();
+    /// What `clearSnapshots` would delete now, in words. Looks at the disk, and stops counting at 1,000.
+    std::string describeClearing() const;
     /// Calls `visit` for the records there are now. It must not add or remove any.
     void forEachSnapshot(const std::function<void(const Snapshot&)>& visit) const;
     /// Brings a record into the comparison, takes it out. An unknown index does nothing.

@@ -25,6 +25,7 @@ public:
         m_data->statsAnalyzer = nullptr;
         render.takeSnapshotFunctor = nullptr;
         render.clearTreeFunctor = nullptr;
+        render.clearTreeNoteFunctor = nullptr;
         const std::function<void()> dropped = std::exchange(render.saveDiffFunctor, nullptr);
     }
     TurningOn(const TurningOn&) = delete;
@@ -53,6 +54,7 @@ bool System::createStatsAnalyzer(const std::string& root, const std::string& fol
     Render& render = m_data->render;
     group.addControl(render.createSnapshotControl([this] { takeSnapshot(); }, std::move(saveDiff),
                                                   [this] { clearSnapshots(); }));
+    render.clearTreeNoteFunctor = [this] { return m_data->statsAnalyzer->describeClearing(); };
     group.addDiffTable(
         render.createDiffTable([this]() -> DiffTable& { return m_data->statsAnalyzer->diffTable; }));
     m_data->publishSnapshots();

@@ -62,12 +62,25 @@ void Render::endNode()
     ImGui::TreePop();
 }
 
+namespace {
+
+/// A tooltip of the widget that was just drawn; none if the text is empty.
+void showWhilePointedAt(const std::string& text)
+{
+    if (!text.empty() && ImGui::IsItemHovered(0))
+        ImGui::SetTooltip("%s", text.c_str());
+}
+
+} // namespace
+
 void Render::drawCheckbox(unsigned slot)
 {
     const widgets::IdScope id = itemScope(ItemType::Checkbox, slot);
     ItemCheckbox& item = checkboxes[slot];
     bool value = item.value;
-    if (!widgets::checkBox(item.name, &value))
+    const bool clicked = widgets::checkBox(item.name, &value);
+    showWhilePointedAt(item.note);
+    if (!clicked)
         return;
     item.value = value;
     if (const std::function<void(bool)> onChange = item.onChange)
@@ -89,10 +102,21 @@ void drawButton(const char* caption, const std::function<void()>& functor)
 void Render::drawSnapshotControl()
 {
     drawButton("Clear tree", clearTreeFunctor);
+    drawClearTreeNote();
     ImGui::SameLine(0.0f, -1.0f);
     drawButton("Take snapshot", takeSnapshotFunctor);
     ImGui::SameLine(0.0f, -1.0f);
     drawButton("Save diff", saveDiffFunctor);
+}
+
+/// It looks at the disk, so it is made when the user begins to point at the button, and again after a click.
+void Render::drawClearTreeNote()
+{
+    if (!ImGui::IsItemHovered(0) || ImGui::IsMouseReleased(0))
+        m_clearTreeNote.clear();
+    else if (m_clearTreeNote.empty() && clearTreeNoteFunctor)
+        m_clearTreeNote = clearTreeNoteFunctor();
+    showWhilePointedAt(m_clearTreeNote);
 }
 
 } // namespace statistics
