@@ -4,6 +4,9 @@
 
 #include <statistics/statistics.h>
 
+#include <imgui_internal.h>
+
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -17,13 +20,23 @@ struct Thrown : std::runtime_error {
     Thrown() : std::runtime_error("a functor threw") {}
 };
 
-/// Reads the script; past its end everything is zero.
+/// Reads a part of the input. Past its end everything is zero, or it begins again.
 class Script {
 public:
-    Script(const std::uint8_t* data, std::size_t size) : m_data(data), m_end(data + size) {}
+    enum class End { Zeros, Repeats };
+
+    Script(const std::uint8_t* data, std::size_t size, End end)
+        : m_begin(data), m_data(data), m_end(data + size), m_repeats(end == End::Repeats)
+    {
+    }
 
     bool isOver() const { return m_data == m_end; }
-    unsigned byte() { return m_data == m_end ? 0u : *m_data++; }
+    unsigned byte()
+    {
+        if (isOver() && m_repeats)
+            m_data = m_begin;
+        return isOver() ? 0u : *m_data++;
+    }
     unsigned id() { return byte() % 32 == 31 ? byte() * 1000u : byte() % 128; }
     float number()
     {
@@ -44,13 +57,16 @@ public:
     }
 
 private:
+    const std::uint8_t* m_begin;
     const std::uint8_t* m_data;
     const std::uint8_t* m_end;
+    bool m_repeats;
 };
 
 class Host {
 public:
-    explicit Host(Script& script) : m_script(script)
+    /// `answers` is what functors do and give: there are too many of their calls to name each in the steps.
+    Host(Script& steps, Script& answers) : m_steps(steps), m_answers(answers)
     {
         System::initialize();
         ui.setScene([] { System::instance()->draw(); });
@@ -61,15 +77,19 @@ public:
 
     void step()
     {
-        m_calls = 0;
+        m_calls = m_depth = 0;
         try {
-            switch (m_script.byte() % 4) {
+            switch (m_steps.byte() % 6) {
             case 0:
-                return call();
+                return call(m_steps);
             case 1:
-                return System::instance()->update(m_script.number(), true);
+                return System::instance()->update(m_steps.number(), true);
             case 2:
                 return moveMouse();
+            case 3:
+                return dragBorder();
+            case 4:
+                return pressKey();
             default:
                 return ui.frame();
             }
@@ -85,9 +105,9 @@ private:
         if (m_depth >= 2 || m_calls >= kMostCalls)
             return;
         ++m_depth;
-        const unsigned what = m_script.byte();
+        const unsigned what = m_answers.byte();
         if (what % 4 == 1)
-            call();
+            call(m_answers);
         --m_depth;
         if (what == 255)
             throw Thrown();
@@ -96,45 +116,36 @@ private:
     CounterValue value()
     {
         functor();
-        switch (m_script.byte() % 5) {
+        switch (m_answers.byte() % 5) {
         case 0:
-            return static_cast<int>(m_script.byte()) - 128;
+            return static_cast<int>(m_answers.byte()) - 128;
         case 1:
-            return m_script.byte();
+            return m_answers.byte();
         case 2:
-            return m_script.text();
+            return m_answers.text();
         case 3:
             return {};
         default:
-            return m_script.number();
+            return m_answers.number();
         }
     }
 
-    void call()
+    void call(Script& script)
     {
         ++m_calls;
         System& system = *System::instance();
-        const unsigned id = m_script.id();
-        switch (m_script.byte() % 16) {
+        const unsigned id = script.id();
+        switch (script.byte() % 16) {
         case 0:
             return system.setPanelOpen(true);
         case 1:
-            system.createLabel(m_script.text(), id);
-            return;
         case 2:
-            system.createCounter(m_script.text(), makeCounter(), m_script.number(), id);
-            return;
         case 3:
-            system.createTable(
-                m_script.text(), [this] { return functor(), m_script.byte(); }, m_script.number(), id);
-            return;
         case 4:
-            system.createChildrenCounter(m_script.text(), m_script.byte() % 2 ? NO_INDEX : 0, 0.0f,
-                                         m_script.text(), id);
-            return;
+            return create(id, script);
         case 5:
         case 6:
-            return changeTable(id);
+            return changeTable(id, script);
         case 7:
             return system.removeItem(id);
         case 8:
@@ -142,78 +153,153 @@ private:
         case 9:
             return static_cast<void>(system.collectWarnings());
         case 10:
-            return addPreset();
+            return addPreset(script);
         case 11:
-            return system.choosePreset(m_script.byte() % 4);
+            return system.choosePreset(script.byte() % 4);
         case 12:
             return system.clearPresets();
         case 13:
-            return static_cast<void>(system.getItemIndex(m_script.text()));
+            return static_cast<void>(system.getItemIndex(script.text()));
         case 14:
-            return static_cast<void>(getTableCell(id, m_script.byte(), m_script.byte() % 4));
+            return static_cast<void>(getTableCell(id, script.byte(), script.byte() % 4));
         default:
             return static_cast<void>(system.getDiffTable());
         }
     }
 
-    std::unique_ptr<Counter> makeCounter()
+    // Compilers differ in the order in which they read arguments: what is read here has names.
+    void create(unsigned parent, Script& script)
     {
-        const auto read = [this] { return value(); };
-        if (m_script.byte() % 2)
-            return std::make_unique<Counter>(read, m_script.text(), m_script.text(), m_script.text());
-        return std::make_unique<Counter>(m_script.number(), m_script.number(), read, m_script.text(),
-                                         m_script.text());
+        System& system = *System::instance();
+        const std::string name = script.text();
+        const float period = script.number();
+        switch (script.byte() % 4) {
+        case 0:
+            system.createLabel(name, parent);
+            return;
+        case 1:
+            system.createCounter(name, makeCounter(script), period, parent);
+            return;
+        case 2:
+            system.createTable(
+                name, [this] { return functor(), m_answers.byte() % 24; }, period, parent);
+            return;
+        default:
+            system.createChildrenCounter(name, script.byte() % 2 ? NO_INDEX : 0, period, "%d", parent);
+        }
     }
 
-    void changeTable(unsigned id)
+    std::unique_ptr<Counter> makeCounter(Script& script)
+    {
+        const auto read = [this] { return value(); };
+        const std::string format = script.text();
+        const std::string limitFormat = script.text();
+        if (script.byte() % 2)
+            return std::make_unique<Counter>(read, format, limitFormat, script.text());
+        const float min = script.number();
+        return std::make_unique<Counter>(min, script.number(), read, format, limitFormat);
+    }
+
+    void changeTable(unsigned id, Script& script)
     {
         Table* table = System::instance()->getTable(id);
         if (!table)
             return;
-        switch (m_script.byte() % 6) {
+        switch (script.byte() % 8) {
         case 0:
-            return setKeyColumn(id, m_script.byte() % 4);
+            return setKeyColumn(id, script.byte() % 4);
         case 1:
             return addClipboardAction(id);
         case 2:
-            return addRowAction(id, m_script.text(), [this](std::size_t) { functor(); });
+            return addRowAction(id, script.text(), [this](std::size_t) { functor(); });
         case 3:
             return setDefaultAction(id, [this](std::size_t) { functor(); });
         case 4:
             return table->m_header.clear();
+        case 5:
+            return repeatColumns(*table, script.byte() * 5);
         default:
+            const std::string caption = script.text();
+            const float width = script.number();
             table->addColumn(
-                m_script.text(), [this](std::size_t) { return value(); }, m_script.number(), m_script.text());
+                caption, [this](std::size_t) { return value(); }, width, script.text());
         }
     }
 
-    void addPreset()
+    static void repeatColumns(Table& table, unsigned times)
+    {
+        if (!table.m_header.empty())
+            table.m_header.resize(times, TableColumn(table.m_header.back()));
+    }
+
+    void addPreset(Script& script)
     {
         auto params = std::make_unique<PresetSaveLoadParams>();
         params->loadFunctor = params->saveFunctor = [this](LimitMap& limits, PresetSaveLoadParams&) {
             functor();
-            limits[m_script.text()] = {m_script.number(), m_script.number()};
-            return m_script.text();
+            limits[m_answers.text()] = {m_answers.number(), m_answers.number()};
+            return m_answers.text();
         };
-        System::instance()->createPreset(m_script.text(), {{"", {0.0f, 1.0f}}}, std::move(params));
+        System::instance()->createPreset(script.text(), {{"", {0.0f, 1.0f}}}, std::move(params));
     }
 
     void moveMouse()
     {
-        const ImVec2 point(static_cast<float>(m_script.byte() * 4), static_cast<float>(m_script.byte() * 3));
-        switch (m_script.byte() % 4) {
+        const auto x = static_cast<float>(m_steps.byte() * 4);
+        const ImVec2 point(x, static_cast<float>(m_steps.byte() * 3));
+        switch (m_steps.byte() % 7) {
         case 0:
             return ui.click(point);
         case 1:
             return ui.rightClick(point);
         case 2:
             return ui.doubleClick(point);
+        case 3:
+            return ui.moveTo(point);
+        case 4:
+            return ui.press();
+        case 5:
+            return ui.release();
         default:
-            return ui.wheel(0.0f, m_script.number() > 0.0f ? 3.0f : -3.0f);
+            return ui.wheel(0.0f, m_steps.number() > 0.0f ? 3.0f : -3.0f);
         }
     }
 
-    Script& m_script;
+    /// A drag from a border of some columns that the panel has shown.
+    void dragBorder()
+    {
+        ui.frame();
+        const ImGuiWindow* window = ImGui::FindWindowByName("Statistics");
+        if (!window || window->ColumnsStorage.empty())
+            return;
+        const unsigned chosen = m_steps.byte() % static_cast<unsigned>(window->ColumnsStorage.Size);
+        const ImGuiOldColumns& set = window->ColumnsStorage[static_cast<int>(chosen)];
+        if (set.Columns.empty())
+            return;
+        const unsigned border = m_steps.byte() % static_cast<unsigned>(set.Columns.Size);
+        const float offset = set.Columns[static_cast<int>(border)].OffsetNorm * (set.OffMaxX - set.OffMinX);
+        const ImVec2 from(window->Pos.x + set.OffMinX + offset, set.LineMaxY - 1.0f);
+        ui.moveTo(from);
+        ui.press();
+        ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
+        if (m_steps.byte() % 2)
+            ui.release();
+    }
+
+    void pressKey()
+    {
+        static const ImGuiKey keys[] = {ImGuiKey_DownArrow,  ImGuiKey_UpArrow,  ImGuiKey_LeftArrow,
+                                        ImGuiKey_RightArrow, ImGuiKey_PageDown, ImGuiKey_PageUp,
+                                        ImGuiKey_Home,       ImGuiKey_End,      ImGuiKey_Space,
+                                        ImGuiKey_Enter,      ImGuiKey_Tab,      ImGuiKey_Escape};
+        const unsigned choice = m_steps.byte();
+        if (choice % 16 == 15)
+            return ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
+        ui.pressKey(keys[choice % std::size(keys)]);
+    }
+
+    Script& m_steps;
+    Script& m_answers;
     test::Offscreen ui;
     int m_depth = 0;
     int m_calls = 0;
@@ -225,10 +311,12 @@ void fuzz::panel(const std::uint8_t* data, std::size_t size)
 {
     // The host's mistakes are many here, and each is reported.
     setReportHandler([](const char*) {});
-    Script script(data, size);
+    const std::size_t steps = size - size / 4;
+    Script script(data, steps, Script::End::Zeros);
+    Script answers(data + steps, size - steps, Script::End::Repeats);
     {
-        Host host(script);
-        for (int step = 0; step < 300 && !script.isOver(); ++step)
+        Host host(script, answers);
+        for (int step = 0; step < 200 && !script.isOver(); ++step)
             host.step();
     }
     setReportHandler(nullptr);

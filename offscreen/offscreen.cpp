@@ -128,10 +128,15 @@ void Offscreen::wheel(float dx, float dy)
 void Offscreen::pressKey(ImGuiKey key)
 {
     io().ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
-    for (const bool down : {true, false}) {
-        feedKey(io(), key, down);
+    feedKey(io(), key, true);
+    try {
         frames(kSettleFrames);
+    } catch (...) {
+        feedKey(io(), key, false);
+        throw;
     }
+    feedKey(io(), key, false);
+    frames(kSettleFrames);
 }
 
 void Offscreen::setFontScale(float scale)
