@@ -66,7 +66,8 @@ public:
     // Drawing, inside an ImGui frame.
     bool beginWindow();
     void endWindow();
-    /// True if the item opened a level, which `endNode` closes.
+    /// True if the item opened a level, which `endNode` closes. Runs host functors behind what the user clicks,
+    /// and a preset's `getSelectedFunctor`.
     bool drawItem(unsigned id, unsigned depth, bool hasChildren);
     void endNode();
 
@@ -87,6 +88,7 @@ public:
 
 private:
     class Refresh;
+    using PresetFunctor = PresetSaveLoadParams::Functor PresetSaveLoadParams::*;
 
     static void reportWrongType();
 
@@ -96,6 +98,11 @@ private:
 
     bool drawLabel(unsigned slot, bool hasChildren);
     bool drawCounter(unsigned slot, bool hasChildren);
+    bool drawPresetButton(unsigned slot, PresetFunctor functor, const char* caption, const char* tooltip);
+    void drawDiffTable();
+    bool noteDiffShape(const DiffTable& table);
+
+    // All of these run host functors.
     void drawCheckbox(unsigned slot);
     void drawSnapshotControl();
     void drawClearTreeNote();
@@ -107,11 +114,7 @@ private:
     void drawPreset(unsigned slot);
     void drawPresetCheckbox(unsigned slot);
     void drawPresetButtons(unsigned slot);
-    using PresetFunctor = PresetSaveLoadParams::Functor PresetSaveLoadParams::*;
-    bool drawPresetButton(unsigned slot, PresetFunctor functor, const char* caption, const char* tooltip);
     void runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index);
-    void drawDiffTable();
-    bool noteDiffShape(const DiffTable& table);
 
     ItemCounter* counterItem(unsigned slot, const Counter& counter);
     ItemTable* tableItem(unsigned slot, const Table& table);

@@ -87,8 +87,7 @@ private:
 
 /// True between the host's NewFrame and Render.
 bool isInsideFrame();
-/// Whether the host or ImGui's saved settings decide the size of the window that comes next; otherwise it is
-/// set.
+/// The size of the window that comes next, unless the host or ImGui's saved settings give one.
 void suggestNextWindowSize(const ImVec2& size);
 
 /// Puts what follows on the line of the item before, at `column` of the window in pixels of the layout, or

@@ -23,7 +23,9 @@ struct TableColumn {
     std::function<CounterValue(std::size_t dataRow)> getter; ///< reads a cell; must be callable
     CounterValue min;                                        ///< kept for the host, never read by the library
     CounterValue max;                                        ///< kept for the host, never read by the library
-    float widthFraction = 0; ///< share of the table's width (850 pixels) when the column is first drawn
+    /// Share of the table's width when the column is first drawn: of 850 pixels at ImGui's own font of 13
+    /// pixels, of more or less at another size.
+    float widthFraction = 0;
 };
 
 /// One entry of a row's context menu.
