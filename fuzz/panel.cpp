@@ -217,7 +217,7 @@ private:
         case 4:
             return table->m_header.clear();
         case 5:
-            return repeatColumns(*table, script.byte() * 5);
+            return repeatColumns(*table, script.byte());
         default:
             const std::string caption = script.text();
             const float width = script.number();
@@ -226,10 +226,12 @@ private:
         }
     }
 
+    /// A few columns, or more than fit beside each other however narrow they are.
     static void repeatColumns(Table& table, unsigned times)
     {
+        const std::size_t count = times % 16 == 15 ? times * 5 : times % 16;
         if (!table.m_header.empty())
-            table.m_header.resize(times, TableColumn(table.m_header.back()));
+            table.m_header.resize(count, TableColumn(table.m_header.back()));
     }
 
     void addPreset(Script& script)

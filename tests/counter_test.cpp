@@ -20,6 +20,8 @@ protected:
         return sum;
     }
 
+    static float height(const test::Text& text) { return text.max.y - text.min.y; }
+
     static constexpr float kBarWidth = 275;
 };
 
@@ -64,7 +66,7 @@ TEST_F(Counters, neverPrintOneTextOverAnother)
     for (const float scale : {1.0F, 1.5F, 2.0F}) {
         ui.setFontScale(scale);
         show();
-        const float column = ui.window("Statistics").min.x + std::floor(215 * scale);
+        const float column = ui.window("Statistics").min.x + std::floor(215 * height(ui.text("value")) / 13);
         for (const test::Text& value : ui.read().findAll("value")) {
             const test::Text caption = ui.read().textsOnLineOf(value)[0];
             if (caption.max.x > column)
