@@ -66,8 +66,8 @@ public:
     // Drawing, inside an ImGui frame.
     bool beginWindow();
     void endWindow();
-    /// True if the item opened a level, which `endNode` closes. Runs host functors behind what the user clicks,
-    /// and a preset's `getSelectedFunctor`.
+    /// True if the item opened a level, which `endNode` closes. Runs host functors behind what the user
+    /// clicks, and a preset's `getSelectedFunctor`.
     bool drawItem(unsigned id, unsigned depth, bool hasChildren);
     void endNode();
 
