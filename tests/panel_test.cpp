@@ -273,4 +273,133 @@ TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
     EXPECT_EQ(extent.y, window().ContentSize.y);
 }
 
+TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
+{
+    std::string text = "short";
+    addCounter("grows", [&] { return CounterValue(text); });
+    auto limited = std::make_unique<Counter>(
+        0, 1, [] { return 0; }, "", "%.0f\n\n");
+    system().createCounter("limits", std::move(limited), 0);
+    system().createPreset("far", {{"", {0, 1e30F}}});
+    sample();
+    fixHeight(300);
+    ui.moveTo(ui.window("Statistics").center());
+    ui.wheel(0, 1000);
+    ImGuiStyle& style = ImGui::GetStyle();
+    const std::function<void()> changes[] = {
+        [&] { text = std::string(300, 'w'); }, [&] { text = std::string(250, 'i'); },
+        [&] { system().choosePreset(0); },     [&] { style.ItemSpacing.y = 9; },
+        [&] { style.FramePadding.y = 7; },     [&] { ImGui::GetIO().FontGlobalScale = 1.5F; }};
+    for (const std::function<void()>& change : changes) {
+        change();
+        sample();
+        ui.frames(3);
+        const ImVec2 skipped = window().ContentSize;
+        fixHeight(9000);
+        EXPECT_EQ(skipped.x, window().ContentSize.x) << "change " << &change - changes;
+        EXPECT_EQ(skipped.y, window().ContentSize.y) << "change " << &change - changes;
+        fixHeight(300);
+    }
+}
+
+TEST_F(LongPanel, isLoggedWhole)
+{
+    fixHeight(300);
+    ui.setScene([] {
+        ImGui::LogToClipboard();
+        system().draw();
+        ImGui::LogFinish();
+    });
+    ui.frame();
+    for (const char* text : {"end", "deep 0", "deep 57", "plain 59"})
+        EXPECT_NE(ui.clipboard().find(text), std::string::npos) << text;
+}
+
+// A host's own window, without anything of the library, shows where each key leads.
+TEST_F(PanelTest, movesByTheKeyboardAsAPlainWindowDoes)
+{
+    constexpr int kLines = 200;
+    constexpr int kGroup = 40; // every so many lines one can be opened
+    for (int i = 0; i < kLines; ++i) {
+        const unsigned id = label(("line " + std::to_string(i)).c_str());
+        if (i % kGroup == 10)
+            label("leaf", id);
+    }
+    const auto plain = [] {
+        ImGui::Begin("Plain");
+        ImGui::TreePush("all");
+        for (int i = 0; i < kLines; ++i) {
+            const std::string text = "line " + std::to_string(i);
+            if (i % kGroup != 10)
+                ImGui::TextUnformatted(text.c_str());
+            else if (ImGui::TreeNode(text.c_str()))
+                ImGui::TreePop();
+        }
+        ImGui::TreePop();
+        ImGui::End();
+    };
+    const auto places = [&](const char* name, const std::function<void()>& draw) {
+        ui.setScene([draw] {
+            ImGui::SetNextWindowPos(ImVec2(0, 0));
+            ImGui::SetNextWindowSize(ImVec2(400, 300));
+            draw();
+        });
+        ui.frames(3);
+        ui.click("line 10");
+        ui.click("line 10");
+        std::vector<std::pair<long, long>> seen; // of the line under the keyboard, and of the scrolling
+        for (const ImGuiKey key :
+             {ImGuiKey_DownArrow, ImGuiKey_DownArrow, ImGuiKey_UpArrow, ImGuiKey_PageDown, ImGuiKey_PageDown,
+              ImGuiKey_End, ImGuiKey_PageUp, ImGuiKey_Home}) {
+            ui.pressKey(key);
+            ui.frames(3);
+            const ImGuiWindow& window = *ImGui::FindWindowByName(name);
+            seen.emplace_back(std::lround(window.NavRectRel[0].Min.y), std::lround(window.Scroll.y));
+        }
+        return seen;
+    };
+    const auto expected = places("Plain", plain);
+    EXPECT_EQ(places("Statistics", [] { system().draw(); }), expected);
+    EXPECT_NE(expected[0], expected[1]);
+}
+
+TEST_F(PanelTest, findsAGroupThatWasMadeAnewAsTheUserLeftIt)
+{
+    const auto build = [](const Lines& names) {
+        for (const std::string& name : names)
+            label(("in " + name).c_str(), label(name.c_str()));
+    };
+    build({"X", "Y"});
+    show();
+    ui.click("X");
+    for (const Lines& order : {Lines{"X", "Y"}, Lines{"Y", "X"}, Lines{"new", "Y", "X"}}) {
+        while (!TestAccess::tree().m_nodes[0].children.empty())
+            system().removeItem(TestAccess::tree().m_nodes[0].children[0]);
+        build(order);
+        show();
+        EXPECT_EQ(textsWith("in "), Lines{"in X"});
+    }
+}
+
+// One window drawn twice a frame by a host of two looks: each keeps what it knows.
+TEST_F(LongPanel, keepsItsPlaceInEachOfTwoLooks)
+{
+    fixHeight(300);
+    ui.setScene([] {
+        for (const float spacing : {4.0F, 11.0F}) {
+            ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(8, spacing));
+            ImGui::SetNextWindowSize(ImVec2(900, 300));
+            system().draw();
+            ImGui::PopStyleVar();
+        }
+    });
+    ui.frames(3);
+    const float both = window().ContentSize.y;
+    ui.moveTo(ui.window("Statistics").center());
+    ui.wheel(0, -1000);
+    EXPECT_EQ(window().ContentSize.y, both);
+    ui.wheel(0, 1000);
+    EXPECT_EQ(window().ContentSize.y, both);
+}
+
 } // namespace

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
+#include <random>
 
 namespace {
 
@@ -201,6 +203,61 @@ TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
         });
         EXPECT_EQ(visited, expected.visited) << "case " << &expected - cases;
     }
+}
+
+TEST(Tree, losesThousandsOfSiblingsInAnyOrder)
+{
+    constexpr unsigned kCount = 2000;
+    std::mt19937 random(1);
+    for (const int order : {0, 1, 2}) {
+        Forest forest;
+        Ids left;
+        for (unsigned i = 0; i < kCount; ++i)
+            left.push_back(forest.add(std::to_string(i)));
+        while (!left.empty()) {
+            const std::size_t last = left.size() - 1;
+            const std::size_t at = order == 0 ? 0 : order == 1 ? last : random() % left.size();
+            const unsigned gone = left[at];
+            left.erase(left.begin() + static_cast<std::ptrdiff_t>(at));
+            if (left.size() % 97 != 0) {
+                forest.remove(gone);
+                continue;
+            }
+            // While a walk stands somewhere among them: the others still have their turn, once.
+            std::size_t turns = 0;
+            const auto visited = forest.walk([&](const std::string&) {
+                if (turns++ == left.size() / 2)
+                    forest.remove(gone);
+            });
+            ASSERT_GE(visited.size(), left.size());
+            Ids listed;
+            forest.tree.forEachNode([&](unsigned id) { listed.push_back(id); });
+            ASSERT_EQ(listed, left);
+            ASSERT_LE(forest.tree.m_nodes[0].children.size(), 2 * left.size());
+        }
+        EXPECT_TRUE(forest.tree.m_nodes[0].children.empty());
+    }
+}
+
+TEST(Tree, isWalkedSummedAndRemovedAtAnyDepth)
+{
+    constexpr unsigned kDepth = 65000;
+    Forest forest;
+    const auto sum = [&](unsigned id) { return ChildrenSum{&forest.tree, &forest.render, id, 0}; };
+    unsigned id = 0;
+    for (unsigned depth = 0; depth < kDepth; ++depth)
+        id = forest.tree.addChild(
+            forest.render.createCounter("n", std::make_unique<Counter>(sum(forest.tree.nextId())), 0), id);
+    for (const int value : {3, 4})
+        forest.tree.addChild(
+            forest.render.createCounter("leaf", std::make_unique<Counter>([value] { return value; }), 0), id);
+    EXPECT_EQ(forest.tree.sumChildren(0, 0, forest.render), CounterValue(7));
+    std::size_t count = 0;
+    forest.tree.forEachNode([&](unsigned) { ++count; });
+    EXPECT_EQ(count, kDepth + 2);
+    forest.remove(1);
+    EXPECT_EQ(forest.names(), Names{});
+    EXPECT_EQ(forest.tree.nextId(), 1U);
 }
 
 } // namespace
