@@ -40,7 +40,8 @@ void openAllNodes()
     tree.forEachNode([&](unsigned id) {
         const std::string& name = TestAccess::render().itemName(tree.item(id));
         ids[id] = statistics::widgets::treeNodeId(ids[tree.m_nodes[id].parent], name);
-        states.SetInt(ids[id], 1);
+        if (!tree.m_nodes[id].children.empty())
+            states.SetInt(ids[id], 1);
     });
     ImGui::End();
 }

@@ -112,6 +112,7 @@ private:
     // These run host functors.
     bool drawNode(Render& render, TreeLines& lines, unsigned id);
     bool drawChildren(Render& render, TreeLines& lines, unsigned parent);
+    bool drawBlocks(Render& render, TreeLines& lines, ChildWalk& walk);
     bool drawBlock(Render& render, TreeLines& lines, ChildWalk& walk);
     void addChildValue(Sums& sums, ChildWalk& walk, Render& render) const;
 

@@ -71,8 +71,19 @@ bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
 bool Tree::drawChildren(Render& render, TreeLines& lines, unsigned parent)
 {
     ChildWalk walk(*this, parent);
+    if (m_nodes[parent].children.size() > TreeLines::kBlock)
+        return drawBlocks(render, lines, walk);
     bool steady = true;
-    while (walk.parent() != INVALID_ID && walk.m_next < m_nodes[parent].children.size())
+    while (walk.next())
+        steady = drawNode(render, lines, walk.child()) && steady;
+    return steady;
+}
+
+/// Apart from short lists, which take less of the stack and are what goes deep.
+bool Tree::drawBlocks(Render& render, TreeLines& lines, ChildWalk& walk)
+{
+    bool steady = true;
+    while (walk.parent() != INVALID_ID && walk.m_next < m_nodes[walk.parent()].children.size())
         steady = drawBlock(render, lines, walk) && steady;
     return steady;
 }
@@ -90,7 +101,7 @@ bool Tree::drawBlock(Render& render, TreeLines& lines, ChildWalk& walk)
     bool steady = true;
     while (walk.next(end))
         steady = drawNode(render, lines, walk.child()) && steady;
-    if (walk.parent() == INVALID_ID || m_nodes[parent].children.size() <= TreeLines::kBlock)
+    if (walk.parent() == INVALID_ID)
         return steady;
     Extent extent = measure.extent();
     extent.known = steady && start % TreeLines::kBlock == 0;
