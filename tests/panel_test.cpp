@@ -302,8 +302,9 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
     }
 }
 
-TEST_F(LongPanel, isLoggedWhole)
+TEST_F(LongPanel, isLoggedWholeAndLooksAsBefore)
 {
+    const Look whole = look();
     fixHeight(300);
     ui.setScene([] {
         ImGui::LogToClipboard();
@@ -313,6 +314,8 @@ TEST_F(LongPanel, isLoggedWhole)
     ui.frame();
     for (const char* text : {"end", "deep 0", "deep 57", "plain 59"})
         EXPECT_NE(ui.clipboard().find(text), std::string::npos) << text;
+    fixHeight(300);
+    expectSameAs(whole);
 }
 
 // A host's own window, without anything of the library, shows where each key leads.

@@ -27,6 +27,11 @@ std::size_t sumOf(const ImGuiStorage& storage)
     return sum;
 }
 
+bool isLogging()
+{
+    return ImGui::GetCurrentContext()->LogEnabled;
+}
+
 /// While ImGui looks for a place to move to, acts by the keyboard on one that may be out of view, or writes
 /// its log, it must see every line.
 bool seesEveryLine(const ImGuiWindow& window)
@@ -34,7 +39,7 @@ bool seesEveryLine(const ImGuiWindow& window)
     const ImGuiContext& context = *ImGui::GetCurrentContext();
     const bool navigated =
         context.NavWindow && context.NavWindow->RootWindowForNav == window.RootWindowForNav;
-    return context.LogEnabled || (navigated && (context.NavAnyRequest || context.NavActivateId != 0));
+    return isLogging() || (navigated && (context.NavAnyRequest || context.NavActivateId != 0));
 }
 
 /// Lines between the nodes of an opened group, which newer releases draw from what they have seen of its
@@ -103,7 +108,8 @@ void TreeLines::begin(Tree& tree, Render& render)
     look.nodes.resize(tree.m_nodes.size());
     m_counterNodes.resize(render.counters.size(), INVALID_ID);
     forgetChanges(tree, render);
-    const std::size_t openNodes = sumOf(*look.metrics.openNodes);
+    // While it logs, ImGui shows nodes as open that aren't.
+    const std::size_t openNodes = sumOf(*look.metrics.openNodes) + std::size_t{isLogging()};
     if (look.openNodes != openNodes)
         forgetBranches();
     look.openNodes = openNodes;
