@@ -11,6 +11,7 @@
 #include <clocale>
 #include <cmath>
 #include <tuple>
+#include <type_traits>
 
 namespace {
 
@@ -91,6 +92,32 @@ TEST(Value, readsAsANumberOfAnyKindAndSaturates)
                   std::tuple(asInt, asUInt, asFloat));
     }
     EXPECT_EQ(Value(NAN).toInt() + Value(NAN).toUInt(), 0U);
+}
+
+template<typename Number>
+constexpr bool isRefused = !std::is_constructible_v<Value, Number>;
+
+TEST(Value, isMadeOfTextsAndOfNumbersOf32Bits)
+{
+    enum Plain { One = 1 };
+    const char* const none = nullptr;
+    char buffer[] = "buffer";
+    const std::pair<Value, std::string> cases[] = {
+        {"literal", "literal string"},
+        {buffer, "buffer string"},
+        {none, "--- empty"},
+        {true, "1 int"},
+        {'A', "65 int"},
+        {short{-2}, "-2 int"},
+        {One, "1 int"},
+        {0, "0 int"},
+    };
+    for (const auto& [value, expected] : cases) {
+        EXPECT_EQ(describe(value), expected);
+    }
+    static_assert(isRefused<double> && isRefused<long double>);
+    static_assert(isRefused<long> && isRefused<long long> && isRefused<unsigned long long>);
+    static_assert(isRefused<std::size_t> && isRefused<void*>);
 }
 
 TEST(Value, comparesByTheRulesOfTheLeftSide)

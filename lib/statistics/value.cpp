@@ -14,6 +14,11 @@
 #include <langinfo.h>
 #endif
 
+// Weights may be infinite or NaN, and bars, reports and comparisons rely on telling so.
+#if defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__
+#error "The library is compiled with -fno-finite-math-only, behind whatever a host sets."
+#endif
+
 namespace statistics {
 
 namespace {

@@ -14,7 +14,11 @@ namespace statistics {
 ///
 /// `getter` must be callable while the counter lives: an empty one raises `std::bad_function_call` out of the
 /// frame update. It runs on the thread that drives the library and may call every operation of the library
-/// but `initialize`, `shutdown`, `update` and `draw`.
+/// but `initialize`, `shutdown`, `update` and `draw`; it is called in place, never through a copy.
+///
+/// "No limit" on one side: `FLT_MAX` or infinity above, `-FLT_MAX` or minus infinity below, for values of any
+/// kind; the bar then means nothing. A negative lower limit doesn't do for a `UInt` value: -1 reads as
+/// 4294967295, and everything is below that.
 struct Counter {
     using Getter = std::function<CounterValue()>;
 
@@ -57,14 +61,14 @@ struct Counter {
     }
 
     /// True if there is nothing to warn about: no limits, or a value neither below `min` nor above `max`.
-    /// Reads the live value, twice if the first comparison passes.
+    /// Runs the getter, twice if the first comparison passes.
     STATISTICS_EXPORT bool withinLimits();
 
-    bool hasLimits;          ///< draws a bar and takes part in warnings; never changes after construction
-    Getter getter;           ///< reads the current value; called twice per sample if there are limits
-    std::string format;      ///< printf format of the value; empty means the default print
-    CounterValue min;        ///< lower limit
-    CounterValue max;        ///< upper limit
+    bool hasLimits;     ///< draws a bar and takes part in warnings; false once the counter has been removed
+    Getter getter;      ///< reads the current value; called twice per sample if there are limits
+    std::string format; ///< printf format of the value; empty means the default print
+    CounterValue min;   ///< lower limit
+    CounterValue max;   ///< upper limit
     std::string limitFormat; ///< printf format of both limits; empty means the default print
     std::string limitKey;    ///< key in a preset's limit map
 };

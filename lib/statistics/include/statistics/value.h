@@ -9,9 +9,9 @@ namespace statistics {
 /// The one value type of the library: a measurement, a limit, a table cell or a snapshot entry.
 ///
 /// Holds a signed or an unsigned 32-bit integer, a 32-bit float, a text, or nothing (`Empty`). A value owns
-/// its text; copying copies it, moving takes it. No operation throws but for lack of memory; misuse goes to
-/// the report handler (report.h) and leaves a defined result. Reading and printing are safe from any thread
-/// as long as nobody writes the same value.
+/// its text; copying copies it, moving takes it. No operation throws but for lack of memory, and none runs
+/// host functors; misuse goes to the report handler (report.h) and leaves a defined result. Reading and
+/// printing are safe from any thread as long as nobody writes the same value.
 class STATISTICS_EXPORT CounterValue {
 public:
     enum class ECounterType : unsigned char { Int, UInt, Decimal, String, Empty };
@@ -22,6 +22,18 @@ public:
     CounterValue(unsigned int value) : m_type{ECounterType::UInt} { m_number.asUInt = value; }
     CounterValue(float value) : m_type{ECounterType::Decimal} { m_number.asFloat = value; }
     CounterValue(const std::string& text) : m_text{text}, m_type{ECounterType::String} {}
+    /// A null text is no value: `Empty`.
+    CounterValue(const char* text)
+        : m_text{text ? text : ""}, m_type{text ? ECounterType::String : ECounterType::Empty}
+    {
+    }
+    // A value has 32 bits. Which part of a wider number matters is for the host to say:
+    CounterValue(double) = delete;             // write static_cast<float>(value)
+    CounterValue(long double) = delete;        // write static_cast<float>(value)
+    CounterValue(long) = delete;               // write static_cast<int>(value) or static_cast<float>(value)
+    CounterValue(long long) = delete;          // write static_cast<int>(value) or static_cast<float>(value)
+    CounterValue(unsigned long) = delete;      // write static_cast<unsigned>(value) or the like with float
+    CounterValue(unsigned long long) = delete; // write static_cast<unsigned>(value) or the like with float
 
     CounterValue(const CounterValue&) = default;
     CounterValue& operator=(const CounterValue&) = default;
@@ -68,9 +80,11 @@ public:
     /// and the value stays as it is.
     CounterValue& operator+=(const CounterValue& other);
 
-    /// Where this value lies on the way from `min` (0) to `max` (1), not clamped. The limits are read in this
-    /// value's kind. With equal limits the result is infinite or NaN. Limits that aren't numbers are reported
-    /// and give -1.
+    /// Where this value lies on the way from `min` (0) to `max` (1), not clamped. For an integer, limits of
+    /// either integer kind keep their kind, and that of `min` decides: signed or unsigned differences, with
+    /// wrap-around; other limits are read in this value's kind. So a `UInt` wants `UInt` limits. A bar needs
+    /// two finite limits: with infinite or equal ones, or ones as far apart as `-FLT_MAX` and `FLT_MAX`, the
+    /// result says nothing. Limits that aren't numbers are reported and give -1.
     float weight(const CounterValue& min, const CounterValue& max);
 
 private:
