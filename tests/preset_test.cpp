@@ -182,6 +182,57 @@ TEST_F(Presets, surviveFunctorsThatCallBack)
     EXPECT_EQ(caught, 1);
 }
 
+TEST_F(Presets, runNothingOfARowThatTheFunctorsBeforeHaveReplaced)
+{
+    int ran = 0;
+    int asked = 0; // in this frame: first for the box, then for "Save"
+    const auto save = [&](LimitMap&, Params&) { return ++ran, std::string("saved"); };
+    const std::function<void()> replacements[] = {
+        [] { system().clearPresets(), system().createPreset("Bare", {}); },
+        [&] {
+            system().clearPresets(), addPreset("Other", 1, {"other", {}, save, {}});
+        },
+        [] { system().getPreset(0).params->saveFunctor = nullptr; },
+        [] { system().getPreset(0).params = nullptr; },
+    };
+    ui.setScene([&] {
+        asked = 0;
+        system().draw();
+    });
+    for (const auto& replace : replacements) {
+        system().clearPresets();
+        addPreset("Preset", 10, {"ready", {}, save, {}});
+        if (!show().contains("Save"))
+            ui.click("Presets");
+        int replaced = 0;
+        system().getPreset(0).getSelectedFunctor = [&] {
+            if (++asked == 2) {
+                ++replaced;
+                replace();
+            }
+            return std::size_t{0};
+        };
+        ui.click("Save");
+        EXPECT_EQ(replaced, 1);
+        EXPECT_EQ(ran, 0);
+    }
+}
+
+TEST_F(Presets, keepTheStateOfTheirFunctors)
+{
+    const auto count = [n = 0](LimitMap&, Params&) mutable { return std::to_string(++n); };
+    addPreset("Preset", 10, {"ready", count, count, {}});
+    system().choosePreset(0);
+    show();
+    ui.click("Presets");
+    for (const char* expected : {"Preset | 1 | Load | Save", "Preset | 2 | Load | Save"}) {
+        ui.click("Load");
+        EXPECT_EQ(line("Preset"), expected);
+    }
+    ui.click("Save");
+    EXPECT_EQ(line("Preset"), "Preset | 1 | Load | Save");
+}
+
 TEST_F(Presets, reportWhatIsOutOfRangeOrMissing)
 {
     add("Counter", keyed("key"));

@@ -173,6 +173,7 @@ TEST_F(SystemItems, areSampledByTheirPeriods)
         {0, {{0, true}, {0, true}, {1, true}}},
         {-1, {{0, true}, {0, true}}},
         {kNan, {{0, true}, {0, true}}},
+        {INFINITY, {{0, true}, {0, false}, {1e30F, false}, {-1, true}, {1, false}}},
         {5, {{1, true}, {-1, true}, {4, false}, {kNan, true}, {4, false}, {-INFINITY, true}, {5, true}}},
         {5, {{9, false, false}, {0, true}, {9, false, false}, {-1, false, false}, {4, false}, {1, true}}}};
     for (const auto& [period, steps] : cases) {

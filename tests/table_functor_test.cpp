@@ -5,11 +5,14 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 
 namespace {
 
+using statistics::CounterValue;
+using statistics::NO_INDEX;
 using test::Lines;
 
 // A table "Inner" in a group of its own; one of its functors does a deed when its moment has come.
@@ -59,6 +62,7 @@ protected:
     std::function<void()> deed;
     std::string_view moment;
     int wait = 0;
+    Lines gone;
 };
 
 TEST_F(TableFunctors, mayDoAnythingAtAnyMoment)
@@ -117,6 +121,136 @@ TEST_F(TableFunctors, mayDoAnythingAtAnyMoment)
         expectWhole("default", 1, [this] { ui.doubleClick("71"); });
         expectWhole("entry", 1, [this] { ui.rightClick("71"), ui.click("Entry"); });
     }
+}
+
+// Counts how often a functor that holds it is copied.
+struct CopyCounter {
+    explicit CopyCounter(int& copied) : copies(copied) {}
+    CopyCounter(const CopyCounter& other) : copies(other.copies) { ++copies; }
+    CopyCounter& operator=(const CopyCounter&) = delete;
+    ~CopyCounter() = default;
+    int& copies;
+};
+
+TEST_F(TableFunctors, runInPlaceAndKeepTheirState)
+{
+    int copies = 0;
+    test::Indices calls;
+    table.m_header[1].getter = [n = 0, held = CopyCounter(copies)](std::size_t) mutable { return ++n; };
+    table.addAction("Count", [&calls, n = 0U](std::size_t) mutable { calls.push_back(++n); });
+    table.m_defaultAction = table.m_rowActions[0].action;
+    copies = 0;
+    EXPECT_EQ(table.getCell(1, 0), "1 B");
+    EXPECT_EQ(table.getCell(1, 0), "2 B");
+    EXPECT_EQ(table.sumColumn(1), 3 + 4 + 5);
+    system().updateNode(id);
+    EXPECT_EQ(item.rows[2][1], "8 B");
+    table.sort(1, true); // three comparisons at most
+    EXPECT_GT(table.sumColumn(1), 8 + 4 + 3 * 3);
+    for (int count = 0; count < 2; ++count) {
+        table.runAction(0, 0);
+        table.runDefaultAction(0);
+    }
+    EXPECT_EQ(calls, (test::Indices{1, 1, 2, 2}));
+    EXPECT_EQ(copies, 0);
+
+    const auto copy = table.m_header[1].getter; // has a state of its own from here on
+    EXPECT_EQ(copies, 1);
+    EXPECT_EQ(copy(0), table.m_header[1].getter(0));
+    EXPECT_EQ(copy(0), table.m_header[1].getter(0));
+}
+
+TEST_F(TableFunctors, mayReplaceThemselvesAndLiveOnUntilTheCallReturns)
+{
+    const auto goes = [this](const char* name, auto replace) {
+        return [this, replace, text = std::string(100, 'x'),
+                guard = std::shared_ptr<void>(nullptr, [this, name](void*) { gone.emplace_back(name); })](
+                   auto... row) {
+            replace();
+            EXPECT_EQ(text.size() + gone.size(), 100U);
+            return CounterValue(static_cast<int>(text.size()) + static_cast<int>(sizeof...(row)));
+        };
+    };
+    table.m_header[0].getter = goes("getter", [this] { table.m_header.clear(); });
+    table.m_rowCount = [count = goes("count", [this] { table.m_rowCount = [] { return 2U; }; })]() mutable {
+        return std::size_t(count().toUInt() / 50);
+    };
+    system().updateNode(id);
+    EXPECT_EQ(gone, (Lines{"count", "getter"}));
+    EXPECT_EQ(table.m_rowCount(), 2U);
+}
+
+TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
+{
+    bool reading = false;
+    std::size_t missing = 0;
+    table.m_header[0].getter = [&](std::size_t row) {
+        for (std::size_t view = 0; !reading && view < rows.size(); ++view) {
+            reading = true;
+            missing += table.getSortedCell(1, view).empty() ? 1 : 0;
+            reading = false;
+            missing += table.dataRow(view) == NO_INDEX ? 1 : 0;
+        }
+        return CounterValue(rows.at(row).name);
+    };
+    sample();
+    EXPECT_EQ(table.m_order, (test::Indices{2, 0, 1}));
+    table.sort(0, false);
+    EXPECT_EQ(missing, 0U);
+    table.m_rowCount = [this, flicker = 0]() mutable { return rows.size() - std::size_t(++flicker % 2); };
+    for (int turn = 0; turn < 3; ++turn)
+        EXPECT_NO_THROW(system().updateNode(id));
+}
+
+TEST_F(TableFunctors, getNoRowThatHasGone)
+{
+    rows.resize(64, {"more", 5});
+    const auto shrinking = [this](std::size_t row) {
+        const CounterValue value = rows.at(row).size; // throws for a row that has gone
+        if (--wait < 0 && !rows.empty())
+            rows.pop_back();
+        return value;
+    };
+    table.m_header[1].getter = shrinking;
+    table.m_defaultAction = [this](std::size_t row) { rows.at(row); };
+    statistics::addClipboardAction(id);
+    for (wait = 100; !rows.empty();) {
+        EXPECT_NO_THROW(table.sort(1, true));
+        EXPECT_NO_THROW(system().updateNode(id));
+        EXPECT_NO_THROW(table.runDefaultAction(5));
+        EXPECT_NO_THROW(table.runAction(0, 5));
+    }
+    EXPECT_EQ(table.getSortedCell(1, 0), "");
+}
+
+TEST_F(TableFunctors, areSortedOnceARefreshHoweverTheCountChangesMeanwhile)
+{
+    rows.resize(200, {"more", 5});
+    table.m_rowCount = [this, flicker = 0]() mutable { return rows.size() - std::size_t(++flicker % 2); };
+    for (int turn = 0; turn < 4; ++turn) {
+        reads = 0;
+        system().updateNode(id);
+        EXPECT_LT(reads, 2 * 200 + 2 * 200 * 8U) << "the cells and one sort";
+        EXPECT_LE(item.rows.size() - table.m_order.size() + 1, 2U);
+    }
+}
+
+TEST_F(TableFunctors, ofACopiedClipboardEntryActOnItsOwnTableWhileThatLives)
+{
+    test::HostRows others = {{"uno", 5}, {"dos", 6}};
+    const unsigned other = addTable("Others", others);
+    statistics::addClipboardAction(other);
+    show();
+    table.m_rowActions = system().getTable(other)->m_rowActions;
+    table.runAction(0, 1); // of data row 0
+    EXPECT_EQ(ui.clipboard(), "uno\t5 B");
+    table.runAction(0, 0); // of data row 2, which the other hasn't got
+    system().removeItem(other);
+    table.runAction(0, 1);
+    const auto entry = table.m_rowActions[0].action;
+    statistics::System::shutdown();
+    entry(0);
+    EXPECT_EQ(ui.clipboard(), "uno\t5 B");
 }
 
 TEST_F(TableFunctors, thatThrowLeaveNoOldRowsAndWaitForTheirPeriod)

@@ -1,34 +1,28 @@
 #include "call_scope.h"
 
-#include <vector>
+#include <utility>
 
 namespace statistics {
 
-namespace {
-
-using Retired = std::vector<std::shared_ptr<void>>;
-
-// A plain pointer has no destructor that could run before the last instance goes at process exit.
-Retired* s_retired = nullptr;
-
-} // namespace
-
 unsigned CallScope::s_depth = 0;
+CallScope::Waiting* CallScope::s_first = nullptr;
+CallScope::Waiting* CallScope::s_last = nullptr;
 
-void CallScope::keep(std::shared_ptr<void> object)
+void CallScope::keep(Place place, void* object, void (*destroy)(void* object)) noexcept
 {
-    if (!s_retired)
-        s_retired = new Retired;
-    s_retired->push_back(std::move(object));
+    Waiting* const added = place.m_waiting.release();
+    *added = {nullptr, object, destroy};
+    (s_first ? s_last->next : s_first) = added;
+    s_last = added;
 }
 
 void CallScope::destroyRetired() noexcept
 {
-    // Destructors of host objects may remove more items: go on until nothing is left.
-    while (s_retired) {
-        const std::unique_ptr<Retired> batch(std::exchange(s_retired, nullptr));
-        for (std::shared_ptr<void>& object : *batch)
-            object.reset();
+    // Destructors of host objects may remove more items, which come last: go on until nothing is left.
+    while (s_first) {
+        const std::unique_ptr<Waiting> waiting(s_first);
+        s_first = waiting->next;
+        waiting->destroy(waiting->object);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "call_scope.h"
 #include "text_lines.h"
 
 #include <statistics/counter.h>
@@ -70,11 +71,12 @@ struct ItemCounter {
     std::string maxText;
     float weight = 0;                 ///< position of the last sample between the limits
     std::unique_ptr<Counter> counter; ///< never null
+    CallScope::Place place;           ///< for `counter`, when the item is removed
 };
 
 /// A table on the panel: the model, and the cells of the last refresh.
 struct ItemTable {
-    using Getters = std::vector<std::function<CounterValue(std::size_t)>>;
+    using Getters = std::vector<const std::function<CounterValue(std::size_t)>*>;
 
     ItemTable(std::string caption, std::function<std::size_t()> rowCount, float time)
         : period(time), name(std::move(caption)), table(std::make_unique<Table>(std::move(rowCount)))
@@ -89,7 +91,8 @@ struct ItemTable {
     bool widthsPending = true;                  ///< the columns' widths are yet to be given to ImGui
     std::size_t menuRow = NO_INDEX;             ///< data row that the context menu was opened on
     RowLines lines;                             ///< of `rows`
-    Getters getters; ///< memory for the copies that a refresh reads through, empty between refreshes
+    CallScope::Place place;                     ///< for `table`, when the item is removed
+    Getters getters;                            ///< memory for a refresh, means nothing between refreshes
 };
 
 /// A check box on the panel.

@@ -4,6 +4,7 @@
 
 #include "assertion.h"
 #include "call_scope.h"
+#include "pinned.h"
 
 #include <utility>
 
@@ -20,22 +21,23 @@ unsigned place(free_slot_vector<T>& pool, ItemType type, T element)
     return itemId(type, pool.emplace(std::move(element)));
 }
 
-/// Takes the element out of sight; it is destroyed when no functor can stand on it any more.
-template<typename T>
-void retire(free_slot_vector<T>& pool, unsigned slot)
-{
-    if (pool.contains(slot))
-        CallScope::retire(std::move(pool[slot]));
-    pool.erase(slot);
-}
-
 /// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
 /// it reads may be gone with the counter.
-void retireCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
+void removeCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
 {
-    if (counters.contains(slot))
-        counters[slot].counter->hasLimits = false;
-    retire(counters, slot);
+    if (counters.contains(slot)) {
+        ItemCounter& item = counters[slot];
+        item.counter->hasLimits = false;
+        CallScope::retire(std::move(item.counter), std::move(item.place));
+    }
+    counters.erase(slot);
+}
+
+void removeTable(free_slot_vector<ItemTable>& tables, unsigned slot)
+{
+    if (tables.contains(slot))
+        CallScope::retire(std::move(tables[slot].table), std::move(tables[slot].place));
+    tables.erase(slot);
 }
 
 } // namespace
@@ -82,6 +84,7 @@ unsigned Render::createCheckbox(const std::string& name, std::function<void(bool
 unsigned Render::createSnapshotControl(std::function<void()> takeSnapshot, std::function<void()> saveDiff,
                                        std::function<void()> clearTree)
 {
+    pin(saveDiff); // what it holds may call back when it goes: it goes when that does no harm
     takeSnapshotFunctor = std::move(takeSnapshot);
     saveDiffFunctor = std::move(saveDiff);
     clearTreeFunctor = std::move(clearTree);
@@ -97,8 +100,7 @@ unsigned Render::createDiffTable(std::function<DiffTable&()> access)
 void Render::clearSnapshotControl()
 {
     takeSnapshotFunctor = nullptr;
-    // What the host's function holds may call back when it goes.
-    CallScope::retire(std::exchange(saveDiffFunctor, nullptr));
+    saveDiffFunctor = nullptr;
     clearTreeFunctor = nullptr;
     clearTreeNoteFunctor = nullptr;
 }
@@ -110,7 +112,10 @@ void Render::clearDiffTable()
 
 void Render::clearPresets()
 {
-    CallScope::retire(std::exchange(presets, {}));
+    CallScope::Place place;
+    auto cleared = std::make_unique<free_slot_vector<ItemPreset>>();
+    *cleared = std::move(presets);
+    CallScope::retire(std::move(cleared), std::move(place));
 }
 
 void Render::removeItem(unsigned id)
@@ -120,13 +125,13 @@ void Render::removeItem(unsigned id)
     case ItemType::Label:
         return labels.erase(slot);
     case ItemType::Counter:
-        return retireCounter(counters, slot);
+        return removeCounter(counters, slot);
     case ItemType::Table:
-        return retire(tables, slot);
+        return removeTable(tables, slot);
     case ItemType::Preset:
-        return retire(presets, slot);
+        return presets.erase(slot);
     case ItemType::Checkbox:
-        return retire(checkboxes, slot);
+        return checkboxes.erase(slot);
     default:
         reportWrongType();
     }
@@ -163,6 +168,14 @@ Counter* Render::getCounter(unsigned id)
 Table* Render::getTable(unsigned id)
 {
     return itemType(id) == ItemType::Table ? tables[itemSlot(id)].table.get() : nullptr;
+}
+
+bool Render::holdsTable(const Table* table) const
+{
+    auto slot = tables.begin();
+    while (slot != tables.end() && tables[slot].table.get() != table)
+        slot = tables.next(slot);
+    return slot != tables.end();
 }
 
 ItemPreset& Render::getPreset(unsigned slot)

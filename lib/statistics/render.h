@@ -21,8 +21,8 @@ namespace statistics {
 /// an item by its id. One `Render` serves three trees, which hold only item ids.
 ///
 /// Host functors run inside sampling and drawing and may create and remove items, which moves whole pools: no
-/// reference into a pool is held across a call of a functor. Functors are copied before they run where the
-/// host could replace them; what owns them outlives the call (call_scope.h).
+/// reference into a pool is held across a call of a functor. Functors are run in place (pinned.h); what owns
+/// them outlives the call (call_scope.h).
 class Render {
 public:
     // Creating. The result is an item id; INVALID_ID, with a report, if the pool is full.
@@ -52,6 +52,8 @@ public:
     /// Null for an item of another kind.
     Counter* getCounter(unsigned id);
     Table* getTable(unsigned id);
+    /// True if a table at this address is on the panel.
+    bool holdsTable(const Table* table) const;
     ItemPreset& getPreset(unsigned slot);
     void forEachCounter(const std::function<void(ItemCounter&)>& visit);
     /// The present value of a counter, the rows or the sum of `column` of a table, `Empty` for other items.
@@ -114,7 +116,8 @@ private:
     void drawPreset(unsigned slot);
     void drawPresetCheckbox(unsigned slot);
     void drawPresetButtons(unsigned slot);
-    void runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index);
+    enum class EPresetLimits { OwnRow, Active };
+    void runPresetFunctor(unsigned slot, PresetFunctor functor, EPresetLimits which);
 
     ItemCounter* counterItem(unsigned slot, const Counter& counter);
     ItemTable* tableItem(unsigned slot, const Table& table);

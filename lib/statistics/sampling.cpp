@@ -3,9 +3,12 @@
 #include "render.h"
 
 #include "call_scope.h"
+#include "pinned.h"
 #include "stack_tracker.h"
+#include "table_order.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <utility>
 
 namespace statistics {
@@ -31,8 +34,9 @@ template<typename Item>
 bool isDue(Item& item, float dt)
 {
     const float elapsed = dt + item.timer;
-    // Whatever isn't a number, in `dt` or in the period, makes the item due.
-    const bool waits = dt >= 0.0f && elapsed < item.period;
+    // Whatever isn't a number, in `dt` or in the period, makes the item due. The timer of an item that was
+    // never sampled is less than an infinite period, too.
+    const bool waits = dt >= 0.0f && elapsed < item.period && item.timer < FLT_MAX;
     // Before the sampling: an item whose functor throws waits for its period like any other.
     item.timer = waits ? elapsed : 0.0f;
     return !waits;
@@ -109,49 +113,67 @@ ItemTable* Render::tableItem(unsigned slot, const Table& table)
     return same ? &tables[slot] : nullptr;
 }
 
-namespace {
+/// The cells of a table as a refresh reads them: the row count and the columns are those of its start, and
+/// the order is settled once.
+class TableReading {
+public:
+    /// Runs the row count.
+    explicit TableReading(Table& table) : rows(table.rowCount()), m_table(table) {}
 
-/// Copies, because a getter may change the table's columns while it runs.
-void copyGetters(const Table& table, ItemTable::Getters& getters)
-{
-    getters.clear();
-    for (const TableColumn& column : table.m_header)
-        getters.push_back(column.getter);
-}
+    /// Orders the rows if their number has changed, and finds the columns. Runs the getters of the sort.
+    void start(ItemTable::Getters& getters)
+    {
+        if (rows > 0 && !m_table.m_header.empty() && m_table.m_order.size() != rows)
+            m_table.order(rows, m_table.m_sortColumn, m_table.m_sortAscending);
+        getters.clear();
+        for (TableColumn& column : m_table.m_header)
+            getters.push_back(&pin(column.getter));
+    }
+    /// An empty text where the row has gone meanwhile. Runs the row count and the getter.
+    CounterValue read(std::size_t viewRow, const std::function<CounterValue(std::size_t)>& getter) const
+    {
+        const std::size_t row = m_table.settledRow(viewRow);
+        return row != NO_INDEX ? getter(row) : CounterValue(std::string());
+    }
 
-} // namespace
+    const std::size_t rows;
 
-/// One refresh: the memory of the getters' copies comes from the item and goes back to it, and rows that
-/// weren't read, for an exception or for want of columns, are empty instead of old.
+private:
+    Table& m_table;
+    SettledOrder m_settled{m_table, SettledOrder::EReason::Refresh};
+};
+
+/// One refresh: rows that weren't read, for an exception or for want of columns, are empty instead of old.
 class Render::Refresh {
 public:
+    /// Runs the row count.
     Refresh(Render& render, unsigned slot, Table& table)
-        : m_render(render), m_slot(slot), m_table(table), m_count(table.m_rowCount())
+        : m_render(render), m_slot(slot), m_table(table), m_reading(table)
     {
         if (ItemTable* item = this->item()) {
-            m_getters = std::exchange(item->getters, {});
-            item->rows.resize(m_count);
+            item->rows.resize(m_reading.rows);
             item->lines.clear();
+            m_getters = std::exchange(item->getters, {});
         }
-        copyGetters(table, m_getters);
     }
     // NOLINTNEXTLINE(bugprone-exception-escape): the item is only reached for if it is there
     ~Refresh()
     {
-        if (ItemTable* item = this->item())
-            for (std::size_t row = m_row; row < item->rows.size(); ++row)
-                item->rows[row].clear();
-        // A copy may be the last to hold what the host captured, and that may call back when it goes.
-        m_getters.clear();
-        if (ItemTable* item = this->item())
-            item->getters = std::move(m_getters);
+        ItemTable* item = this->item();
+        if (!item)
+            return;
+        for (std::size_t row = m_row; row < item->rows.size(); ++row)
+            item->rows[row].clear();
+        item->getters = std::move(m_getters);
     }
     Refresh(const Refresh&) = delete;
     Refresh& operator=(const Refresh&) = delete;
 
+    /// Runs the row count and the getters, which may remove the table.
     void readRows()
     {
-        for (; m_row < m_count && !m_getters.empty(); ++m_row)
+        m_reading.start(m_getters);
+        for (; m_row < m_reading.rows && !m_getters.empty(); ++m_row)
             for (std::size_t column = 0; column < m_getters.size(); ++column)
                 if (!readCell(column))
                     return;
@@ -163,9 +185,9 @@ private:
     /// False if a functor has removed the table, or taken the row away by a refresh of its own.
     bool readCell(std::size_t column)
     {
-        const std::size_t dataRow = m_table.dataRow(m_row);
-        const bool exists = dataRow != NO_INDEX && column < m_table.m_header.size();
-        const CounterValue value = exists ? m_getters[column](dataRow) : CounterValue(std::string());
+        const CounterValue value = column < m_table.m_header.size()
+                                       ? m_reading.read(m_row, *m_getters[column])
+                                       : CounterValue(std::string());
         ItemTable* item = this->item();
         if (!item || m_row >= item->rows.size())
             return false;
@@ -179,11 +201,12 @@ private:
     Render& m_render;
     unsigned m_slot;
     Table& m_table;
+    TableReading m_reading;
     ItemTable::Getters m_getters;
-    std::size_t m_count;
     std::size_t m_row = 0;
 };
 
+/// Runs the row count and the getters.
 void Render::updateTable(unsigned slot)
 {
     const CallScope call;

@@ -120,18 +120,10 @@ unsigned System::createCounter(const std::string& name, std::unique_ptr<Counter>
         if (!ORV_ASSERT(counter))
             return INVALID_ID;
         if (activePreset < limitPresets.size())
-            if (const Limit* limit = limitOf(*counter))
+            if (const Limit* limit = limitOf(*counter, limitPresets[activePreset]))
                 counter->setLimits(limit->min, limit->max);
         return m_data->render.createCounter(name, std::move(counter), period);
     });
-}
-
-/// The counter's limits in the active preset, null if it has none for the counter's key.
-const Limit* System::limitOf(const Counter& counter) const
-{
-    const LimitMap& limits = limitPresets[activePreset];
-    const auto found = limits.find(counter.limitKey);
-    return found != limits.end() ? &found->second : nullptr;
 }
 
 /// The getter refers to a node that doesn't exist yet: nothing adds a node before the counter's own.
@@ -176,11 +168,19 @@ Table* System::getTable(unsigned id)
     return m_data->tree.check(id) ? m_data->render.getTable(m_data->tree.item(id)) : nullptr;
 }
 
+/// The host may copy the action to where it outlives the table, or the `System`. Runs the table's functors.
+void System::copyRow(const Table* table, std::size_t row)
+{
+    const CallScope call;
+    const System* system = instance();
+    if (system && system->m_data->render.holdsTable(table) && row < table->m_rowCount())
+        setClipboardText(table->rowText(row));
+}
+
 void System::addTableCliboardAction(unsigned id)
 {
     if (Table* table = getTable(id))
-        table->addAction("Copy to Clipboard",
-                         [table](std::size_t row) { setClipboardText(table->rowText(row)); });
+        table->addAction("Copy to Clipboard", [table](std::size_t row) { copyRow(table, row); });
 }
 
 } // namespace statistics

@@ -2,6 +2,7 @@
 
 #include "groups.h"
 #include "render.h"
+#include "rollback.h"
 #include "statistics_analyzer.h"
 #include "tree.h"
 
@@ -12,6 +13,9 @@
 #include <utility>
 
 namespace statistics {
+
+/// The limits that a preset has under the counter's key, null if there are none.
+const Limit* limitOf(const Counter& counter, const LimitMap& limits);
 
 /// The parts of the `System`, each destroyed before those above it.
 struct System::Data {
@@ -26,7 +30,12 @@ struct System::Data {
         if (found != INVALID_ID || !tree.checkParent(parent))
             return found;
         const unsigned item = makeItem();
-        return item == INVALID_ID ? INVALID_ID : tree.addChild(item, parent);
+        if (item == INVALID_ID)
+            return INVALID_ID;
+        Rollback making([&] { render.removeItem(item); });
+        const unsigned node = tree.addChild(item, parent);
+        making.done();
+        return node;
     }
 
     /// False, with a report, inside a functor: what moves the whole `System` on can't be called there.

@@ -5,52 +5,98 @@
 #include "assertion.h"
 #include "call_scope.h"
 
+#include <deque>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace statistics {
+
+const Limit* limitOf(const Counter& counter, const LimitMap& limits)
+{
+    const auto found = limits.find(counter.limitKey);
+    return found != limits.end() ? &found->second : nullptr;
+}
 
 void System::createPreset(const std::string& name, const LimitMap& limits,
                           std::unique_ptr<PresetSaveLoadParams> params)
 {
+    Render& render = m_data->render;
     const std::size_t index = limitPresets.size();
-    const unsigned item = m_data->render.createPreset(
+    const unsigned item = render.createPreset(
         name, index, [this] { return activePreset; }, [this](std::size_t chosen) { choosePreset(chosen); },
-        [this](std::size_t accessed) -> LimitMap& { return lendLimits(accessed); }, std::move(params));
+        [this](std::size_t accessed) -> LimitMap& { return limitPresets.at(accessed); }, std::move(params));
     if (item == INVALID_ID)
         return;
+    Rollback making([&] { render.removeItem(item); });
     limitPresets.push_back(limits);
+    Rollback storing([&] { limitPresets.pop_back(); });
     m_data->presetGroup.tree.addChild(item, m_data->presetGroup.groupNode);
+    storing.done();
+    making.done();
 }
 
-/// A load or save functor holds the map while it creates presets, and a host may hold one while the user
-/// presses a button: from the first loan on there is room for all that can ever be, so that no map moves.
-LimitMap& System::lendLimits(std::size_t index)
+namespace {
+
+/// What a preset gives to one counter.
+struct GivenLimits {
+    Limit limit;
+    std::string minText;
+    std::string maxText;
+};
+
+/// In pool order; zeros for counters that the preset doesn't know.
+std::vector<GivenLimits> givenLimits(const free_slot_vector<ItemCounter>& counters, const LimitMap& limits)
 {
-    limitPresets.reserve(kMostSlots);
-    return limitPresets.at(index);
+    std::vector<GivenLimits> given;
+    given.reserve(counters.size());
+    for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot)) {
+        const Counter& counter = *counters[slot].counter;
+        const Limit* known = limitOf(counter, limits);
+        given.push_back({known ? *known : Limit{0.0f, 0.0f}, {}, {}});
+        CounterValue(given.back().limit.min).print(given.back().minText, orNull(counter.limitFormat));
+        CounterValue(given.back().limit.max).print(given.back().maxText, orNull(counter.limitFormat));
+    }
+    return given;
 }
 
+} // namespace
+
+/// All that needs memory is made before anything changes.
 void System::choosePreset(std::size_t index)
 {
     if (!ORV_ASSERT(index < limitPresets.size()))
         return;
+    free_slot_vector<ItemCounter>& counters = m_data->render.counters;
+    std::vector<GivenLimits> given = givenLimits(counters, limitPresets[index]);
     activePreset = index;
-    m_data->render.forEachCounter([this](ItemCounter& item) {
-        const Limit* limit = limitOf(*item.counter);
-        item.counter->setLimits(limit ? limit->min : 0.0f, limit ? limit->max : 0.0f);
-        item.printLimits();
-    });
+    auto next = given.begin();
+    for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot), ++next) {
+        counters[slot].counter->setLimits(next->limit.min, next->limit.max);
+        counters[slot].minText.swap(next->minText);
+        counters[slot].maxText.swap(next->maxText);
+    }
     m_data->render.lineChanges.noteAll(); // the limits' texts may take other room
 }
 
+/// The group's label stays: the user finds the group open or closed as it was.
 void System::clearPresets()
 {
-    CallScope::retire(std::exchange(limitPresets, {}));
-    // The old label goes first: hosts that clear often must not fill the pool.
-    Render& render = m_data->render;
-    render.removeItem(m_data->presetGroup.tree.item(m_data->presetGroup.groupNode));
-    m_data->presetGroup = PresetGroup(render);
-    render.clearPresets();
+    const CallScope call;
+    // What needs memory comes first.
+    CallScope::Place place;
+    auto cleared = std::make_unique<std::deque<LimitMap>>();
+    PresetGroup& group = m_data->presetGroup;
+    Tree tree;
+    const unsigned node = tree.addChild(group.tree.item(group.groupNode), 0);
+    m_data->render.clearPresets();
+
+    // A functor may hold its limits still.
+    cleared->swap(limitPresets);
+    CallScope::retire(std::move(cleared), std::move(place));
+    group.tree = std::move(tree);
+    group.groupNode = node;
 }
 
 std::size_t System::getActivePreset() const

@@ -2,11 +2,14 @@
 
 #include "assertion.h"
 #include "call_scope.h"
+#include "pinned.h"
+#include "table_order.h"
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
-// Every getter and action that runs here is a copy, and the table outlives the call: the host may add columns
+// Getters and actions are pinned before they run, and the table outlives the call: the host may add columns
 // and actions, replace them, or remove the whole table while one runs.
 
 namespace statistics {
@@ -16,11 +19,10 @@ namespace {
 using Order = std::vector<std::size_t>;
 using Getter = std::function<CounterValue(std::size_t)>;
 
-Order dataOrder(std::size_t count)
+/// The columns of a const table are no const objects: they lie in the vector's memory.
+Getter& pinnedGetter(const TableColumn& column)
 {
-    Order rows(count);
-    std::iota(rows.begin(), rows.end(), std::size_t{0});
-    return rows;
+    return pin(const_cast<TableColumn&>(column).getter);
 }
 
 /// Merges neighbouring runs of `run` rows from `source` into `target`.
@@ -36,59 +38,92 @@ void mergeRuns(const Order& source, Order& target, std::size_t run, const Before
         output = std::merge(at(start), at(start + run), at(start + run), at(start + 2 * run), output, before);
 }
 
-/// Sorts data rows 0 to `count` - 1. Merging reads each row within its bounds whatever `before` answers;
-/// `std::sort` runs out of its range when values don't order or change meanwhile. It also compares less
-/// often, and each comparison calls the host twice.
+/// Merging reads each row within its bounds whatever `before` answers; `std::sort` runs out of its range when
+/// values don't order or change meanwhile. It also compares less often, and each comparison calls the host
+/// twice.
 template<typename Before>
-Order sortedRows(std::size_t count, const Before& before)
+void mergeSort(Order& rows, const Before& before)
 {
-    Order rows(count);
-    std::iota(rows.begin(), rows.end(), std::size_t{0});
-    Order merged(count);
-    for (std::size_t run = 1; run < count; run *= 2) {
+    Order merged(rows.size());
+    for (std::size_t run = 1; run < rows.size(); run *= 2) {
         mergeRuns(rows, merged, run, before);
         rows.swap(merged);
     }
-    return rows;
 }
 
 } // namespace
+
+/// Pinned from the start, so that a const table is never written to.
+Table::Table(std::function<std::size_t()> rowCount) : m_rowCount(std::move(rowCount))
+{
+    pin(m_rowCount);
+}
+
+/// Runs the host's functor.
+std::size_t Table::rowCount() const
+{
+    return pin(const_cast<Table*>(this)->m_rowCount)();
+}
 
 void Table::sort(std::size_t column, bool ascending)
 {
     if (!ORV_ASSERT(column < m_header.size()))
         return;
+    applySort(column, ascending);
     m_sortColumn = column;
     m_sortAscending = ascending;
-    applySort(column, ascending);
 }
 
 void Table::applySort(std::size_t column, bool ascending)
 {
     const CallScope call;
-    const std::size_t count = m_rowCount();
-    if (column >= m_header.size()) {
-        m_order = dataOrder(count);
-        return;
+    order(rowCount(), column, ascending);
+}
+
+/// Runs the row count and the getter. Rows that go meanwhile aren't read: they end up anywhere.
+void Table::order(std::size_t count, std::size_t column, bool ascending)
+{
+    Order rows(count);
+    std::iota(rows.begin(), rows.end(), std::size_t{0});
+    if (column < m_header.size()) {
+        const SettledOrder settled(*this, SettledOrder::EReason::Sort);
+        const Getter& getter = pinnedGetter(m_header[column]);
+        const std::function<std::size_t()>& present = pin(m_rowCount);
+        const auto value = [&](std::size_t row) { return row < present() ? getter(row) : CounterValue(); };
+        const auto less = [&](std::size_t a, std::size_t b) {
+            const CounterValue first = value(a);
+            return first < value(b);
+        };
+        const auto greater = [&](std::size_t a, std::size_t b) {
+            const CounterValue first = value(a);
+            return first > value(b);
+        };
+        ascending ? mergeSort(rows, less) : mergeSort(rows, greater);
     }
-    const Getter value = m_header[column].getter;
-    const auto less = [&](std::size_t a, std::size_t b) {
-        const CounterValue first = value(a);
-        return first < value(b);
-    };
-    const auto greater = [&](std::size_t a, std::size_t b) {
-        const CounterValue first = value(a);
-        return first > value(b);
-    };
-    m_order = ascending ? sortedRows(count, less) : sortedRows(count, greater);
+    m_order = std::move(rows);
+}
+
+/// The data row shown at `viewRow` as the rows are ordered now; `NO_INDEX` if the host has it no more. Runs
+/// the row count.
+std::size_t Table::settledRow(std::size_t viewRow) const
+{
+    const std::size_t row = viewRow < m_order.size() ? m_order[viewRow] : NO_INDEX;
+    return row != NO_INDEX && row < rowCount() ? row : NO_INDEX;
 }
 
 std::size_t Table::dataRow(std::size_t viewRow)
 {
     const CallScope call;
-    if (m_order.size() != m_rowCount())
-        applySort(m_sortColumn, m_sortAscending);
-    return viewRow < m_order.size() ? m_order[viewRow] : NO_INDEX;
+    const SettledOrder* settled = SettledOrder::of(*this);
+    if (settled && settled->reason == SettledOrder::EReason::Sort)
+        return viewRow < rowCount() ? viewRow : NO_INDEX;
+    if (!settled) {
+        const std::size_t count = rowCount();
+        if (m_order.size() == count)
+            return viewRow < count && m_order[viewRow] < count ? m_order[viewRow] : NO_INDEX;
+        order(count, m_sortColumn, m_sortAscending);
+    }
+    return settledRow(viewRow);
 }
 
 std::string Table::getCell(std::size_t column, std::size_t dataRow) const
@@ -96,8 +131,7 @@ std::string Table::getCell(std::size_t column, std::size_t dataRow) const
     if (column >= m_header.size())
         return {};
     const CallScope call;
-    const Getter getter = m_header[column].getter;
-    const CounterValue value = getter(dataRow);
+    const CounterValue value = pinnedGetter(m_header[column])(dataRow);
     std::string text;
     printCell(text, column, value);
     return text;
@@ -133,8 +167,8 @@ CounterValue Table::sumColumn(std::size_t column) const
     if (!ORV_ASSERT(column < m_header.size()))
         return {};
     const CallScope call;
-    const Getter getter = m_header[column].getter;
-    const std::size_t count = m_rowCount();
+    const Getter& getter = pinnedGetter(m_header[column]);
+    const std::size_t count = rowCount();
     CounterValue sum;
     for (std::size_t row = 0; row < count; ++row)
         sum += getter(row);
@@ -157,13 +191,14 @@ void Table::runDefaultAction(std::size_t viewRow)
     run(m_defaultAction, viewRow);
 }
 
-/// By value: the action may replace itself, or remove the table.
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the copy is the point
-void Table::run(std::function<void(std::size_t)> action, std::size_t viewRow)
+/// Runs the row count, then the action.
+void Table::run(std::function<void(std::size_t)>& action, std::size_t viewRow)
 {
     const CallScope call;
-    if (action && viewRow < m_order.size())
-        action(m_order[viewRow]);
+    const std::function<void(std::size_t)>& pinned = pin(action);
+    const std::size_t row = pinned ? settledRow(viewRow) : NO_INDEX;
+    if (row != NO_INDEX)
+        pinned(row);
 }
 
 } // namespace statistics

@@ -9,4 +9,13 @@ namespace test {
 std::size_t allocations();
 std::size_t liveAllocations();
 
+// While it lives, memory fails once: at the `nth` allocation, counted from 1.
+class FailingAllocation {
+public:
+    explicit FailingAllocation(std::size_t nth);
+    ~FailingAllocation();
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+};
+
 } // namespace test

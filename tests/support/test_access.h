@@ -10,7 +10,7 @@ struct TestAccess {
     static Tree& tree() { return data().tree; }
     static Render& render() { return data().render; }
     static std::size_t& activePreset() { return System::instance()->activePreset; }
-    static std::vector<LimitMap>& limitPresets() { return System::instance()->limitPresets; }
+    static std::deque<LimitMap>& limitPresets() { return System::instance()->limitPresets; }
     static void takeSnapshot() { System::instance()->takeSnapshot(); }
     static void updateSnapshots() { System::instance()->updateSnapshots(); }
     static void clearSnapshots() { System::instance()->clearSnapshots(); }

@@ -3,6 +3,7 @@
 
 #include "item_scope.h"
 #include "layout.h"
+#include "pinned.h"
 #include "render.h"
 #include "widgets.h"
 
@@ -83,18 +84,16 @@ void Render::drawCheckbox(unsigned slot)
     if (!clicked)
         return;
     item.value = value;
-    if (const std::function<void(bool)> onChange = item.onChange)
-        onChange(value);
+    if (item.onChange)
+        pin(item.onChange)(value);
 }
 
 namespace {
 
-void drawButton(const char* caption, const std::function<void()>& functor)
+void drawButton(const char* caption, std::function<void()>& functor)
 {
-    if (!ImGui::Button(caption, ImVec2(0.0f, 0.0f)))
-        return;
-    if (const std::function<void()> pressed = functor)
-        pressed();
+    if (ImGui::Button(caption, ImVec2(0.0f, 0.0f)) && functor)
+        pin(functor)();
 }
 
 } // namespace

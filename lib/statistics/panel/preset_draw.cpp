@@ -3,6 +3,7 @@
 
 #include "assertion.h"
 #include "item_scope.h"
+#include "pinned.h"
 #include "render.h"
 #include "widgets.h"
 
@@ -11,16 +12,6 @@
 #include <utility>
 
 namespace statistics {
-
-namespace {
-
-std::size_t selectedPreset(const ItemPreset& item)
-{
-    const std::function<std::size_t()> getSelected = item.getSelectedFunctor;
-    return getSelected();
-}
-
-} // namespace
 
 void Render::drawPreset(unsigned slot)
 {
@@ -35,11 +26,9 @@ void Render::drawPreset(unsigned slot)
 void Render::drawPresetCheckbox(unsigned slot)
 {
     const std::size_t index = presets[slot].index;
-    bool selected = selectedPreset(presets[slot]) == index;
-    if (!presets.contains(slot) || !widgets::checkBox(presets[slot].name, &selected))
-        return;
-    const std::function<void(std::size_t)> select = presets[slot].selectFunctor;
-    select(index);
+    bool selected = pin(presets[slot].getSelectedFunctor)() == index;
+    if (presets.contains(slot) && widgets::checkBox(presets[slot].name, &selected))
+        pin(presets[slot].selectFunctor)(index);
 }
 
 void Render::drawPresetButtons(unsigned slot)
@@ -51,11 +40,11 @@ void Render::drawPresetButtons(unsigned slot)
     ImGui::SameLine(0.0f, -1.0f);
     widgets::text(item.params->text);
     if (drawPresetButton(slot, &PresetSaveLoadParams::loadFunctor, "Load", "Load preset"))
-        runPresetFunctor(slot, &PresetSaveLoadParams::loadFunctor, presets[slot].index);
+        runPresetFunctor(slot, &PresetSaveLoadParams::loadFunctor, EPresetLimits::OwnRow);
     if (drawPresetButton(slot, &PresetSaveLoadParams::saveFunctor, "Save", "Save active preset"))
-        runPresetFunctor(slot, &PresetSaveLoadParams::saveFunctor, selectedPreset(presets[slot]));
+        runPresetFunctor(slot, &PresetSaveLoadParams::saveFunctor, EPresetLimits::Active);
     if (drawPresetButton(slot, &PresetSaveLoadParams::saveAsFunctor, "Save As", "Save active preset as"))
-        runPresetFunctor(slot, &PresetSaveLoadParams::saveAsFunctor, selectedPreset(presets[slot]));
+        runPresetFunctor(slot, &PresetSaveLoadParams::saveAsFunctor, EPresetLimits::Active);
 }
 
 /// False without such a functor, or if an earlier button's functor has removed the row.
@@ -70,16 +59,22 @@ bool Render::drawPresetButton(unsigned slot, PresetFunctor functor, const char* 
     return pressed;
 }
 
-/// Runs a functor of the row on the limits of the preset at `index`; nothing if there is no such preset.
-void Render::runPresetFunctor(unsigned slot, PresetFunctor functor, std::size_t index)
+/// Runs a functor of the row on a preset's limits; nothing if there is no such preset, or if the functors
+/// that tell it have put another row in this one's place.
+void Render::runPresetFunctor(unsigned slot, PresetFunctor functor, EPresetLimits which)
 {
-    if (index >= presets.size() || !presets.contains(static_cast<unsigned>(index)) || !presets.contains(slot))
+    PresetSaveLoadParams* const params = presets[slot].params.get();
+    const auto isSameRow = [&] { return presets.contains(slot) && presets[slot].params.get() == params; };
+    const std::size_t index =
+        which == EPresetLimits::Active ? pin(presets[slot].getSelectedFunctor)() : presets[slot].index;
+    if (!isSameRow() || index >= presets.size() || !presets.contains(static_cast<unsigned>(index)))
         return;
-    PresetSaveLoadParams& params = *presets[slot].params;
-    const PresetSaveLoadParams::Functor run = params.*functor;
-    const std::function<LimitMap&(std::size_t)> limits = presets[slot].accessPresetFunctor;
-    std::string text = run(limits(index), params);
-    params.text = std::move(text);
+    LimitMap& limits = pin(presets[slot].accessPresetFunctor)(index);
+    if (!isSameRow() || !(params->*functor))
+        return;
+    std::string text = pin(params->*functor)(limits, *params);
+    if (isSameRow())
+        params->text = std::move(text);
 }
 
 } // namespace statistics

@@ -21,8 +21,10 @@ using LimitMap = std::unordered_map<std::string, Limit>;
 /// library once handed to `System::createPreset`.
 ///
 /// Each functor gets a limit map and these parameters by reference, valid for the call, and returns the new
-/// `text`. It may call every operation of the library but `initialize`, `shutdown`, `update` and `draw`. It
-/// must not put other parameters in place of its own row's (`System::getPreset`).
+/// `text`. It is called in place, never through a copy, and may call every operation of the library but
+/// `initialize`, `shutdown`, `update` and `draw`. Where it clears the presets, or puts other parameters in
+/// place of its own row's (`System::getPreset`), its result is dropped. Cleared limits and parameters live
+/// until the library's call returns; parameters that the host replaces itself go at once.
 struct PresetSaveLoadParams {
     using Functor = std::function<std::string(LimitMap& limits, PresetSaveLoadParams& params)>;
 
@@ -38,7 +40,7 @@ struct ItemPreset {
     std::size_t index; ///< position among the presets, in order of creation
     std::function<std::size_t()> getSelectedFunctor;
     std::function<void(std::size_t)> selectFunctor;
-    std::function<LimitMap&(std::size_t)> accessPresetFunctor; ///< valid until presets come or go
+    std::function<LimitMap&(std::size_t)> accessPresetFunctor; ///< the map is valid until presets are cleared
     std::unique_ptr<PresetSaveLoadParams> params;              ///< may be null: a row with only its check box
 };
 

@@ -18,7 +18,7 @@
 /// as no name and gives `INVALID_ID`.
 namespace statistics {
 
-/// `System::createLabel`.
+/// `System::createLabel`. None of these runs functors, but `getTableCell`.
 STATISTICS_EXPORT unsigned label(const char* name, unsigned parent = 0);
 /// `System::getItemIndex`.
 STATISTICS_EXPORT unsigned getItemIndex(const char* path);
@@ -32,9 +32,10 @@ STATISTICS_EXPORT unsigned table(const std::string& name, float period, unsigned
 /// Makes a column the one whose cells select their row. Any value is stored; one that is no column selects
 /// nothing. Nothing if the node holds no table.
 STATISTICS_EXPORT void setKeyColumn(unsigned id, std::size_t column);
-/// A cell's text by data row, whatever the order on the screen. Empty if the node holds no table.
+/// A cell's text by data row, whatever the order on the screen. Runs the column's getter, with any `row` that
+/// is given. Empty if the node holds no table.
 STATISTICS_EXPORT std::string getTableCell(unsigned id, std::size_t row, std::size_t column);
-/// Appends an entry to the context menu of a table's rows. The action gets the data row.
+/// Appends an entry to the context menu of a table's rows. The action gets the data row. Captions may repeat.
 STATISTICS_EXPORT void addRowAction(unsigned id, std::string caption,
                                     std::function<void(std::size_t)> action);
 /// Sets what a double click on a row does; empty for nothing. The action gets the data row.

@@ -9,11 +9,11 @@
 #include <statistics/value.h>
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <list>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace statistics {
 
@@ -21,15 +21,20 @@ namespace statistics {
 ///
 /// Items are named by node ids. Node 0 is the root, whose children are the top level of the panel. An id
 /// stays valid until its item is removed and may be given out again afterwards. Every creating call finds or
-/// creates: if `parent` has a child of that name, of whatever kind, that child's id is the result and the
-/// arguments are dropped. A `parent` that isn't a live node is reported, and so is a pool that is full
+/// creates: if `parent` has a child of that name, of whatever kind, that child's id is the result and what
+/// was handed in is dropped, functors included. So a plugin that comes back removes first what it left, or
+/// its old functors stay. A `parent` that isn't a live node is reported, and so is a pool that is full
 /// (65,536 items of one kind); both give `INVALID_ID`.
 ///
 /// All calls come from one thread at a time; host functors run on that thread inside the call that reaches
 /// them. From a functor every operation may be called but `initialize`, `shutdown`, `update` and `draw`,
-/// which are reported and do nothing there; what a functor removes is destroyed when the outermost call
-/// returns. The library defines no exception and catches none: what a functor throws reaches the
-/// host, with ImGui's stacks balanced. Members assume that the instance exists.
+/// which are reported and do nothing there. They are called in place, never through a copy; what a functor
+/// removes or replaces, itself included, is destroyed when the outermost call returns. Where members run
+/// functors they say so; the others run none, but for destructors of what they drop or remove.
+///
+/// The library defines no exception and catches none: what a functor throws reaches the host, with ImGui's
+/// stacks balanced. Where memory fails, `std::bad_alloc` leaves a call that creates, removes or chooses as if
+/// it hadn't been made; `update` and `draw` go on with the next one. Members assume that the instance exists.
 class STATISTICS_EXPORT System {
 public:
     struct Data;
@@ -45,20 +50,23 @@ public:
     System& operator=(const System&) = delete;
 
     /// Draws the panel, a window titled "Statistics", inside the host's ImGui frame. Reads no host data for
-    /// counters and tables. Buttons, check boxes and menu entries call the host's functors at once. Outside a
-    /// frame, or into another release of ImGui than the library was compiled with, it is reported and draws
-    /// nothing.
+    /// counters and tables. Buttons, check boxes, headers and menu entries run the host's functors at once.
+    /// Outside a frame, or into another release of ImGui than the library was compiled with, it is reported
+    /// and draws nothing.
     void draw();
-    /// Samples every counter and table whose period has passed. `dt` is the time since the previous call, in
-    /// the unit of all periods; a negative one samples everything. With `enabled` false nothing happens.
+    /// Samples every counter and table whose period has passed, by running their functors. `dt` is the time
+    /// since the previous call, in the unit of all periods; a negative one samples everything. With `enabled`
+    /// false nothing happens.
     void update(float dt, bool enabled);
     /// Shows or hides the panel; its close box hides it. Open at first.
     void setPanelOpen(bool open);
     bool panelOpen() const;
 
-    /// Samples the node's item at once, outside its period. A stale id does nothing.
+    /// Samples the node's item at once, outside its period, by running its functors. A stale id does nothing;
+    /// but one that has been given out again since is somebody else's node: drop ids when you remove.
     void updateNode(unsigned id);
-    /// Removes the node with all below it. A stale id does nothing; the root is reported and stays.
+    /// Removes the node with all below it; needs no memory. A stale id does nothing, with the same trap: ids
+    /// are given out again, the one freed last first. The root is reported and stays.
     void removeItem(unsigned id);
     /// The node of a path, names joined by "/" from the top level down; `INVALID_ID` if there is none. A name
     /// that holds a "/" can't be reached.
@@ -68,14 +76,16 @@ public:
 
     /// A line of text that groups what is below it.
     unsigned createLabel(const std::string& name, unsigned parent = 0);
-    /// A sampled value. `period` is the time between samples; zero or negative samples at every update. If
-    /// the active preset has limits under the counter's key, they replace its own.
+    /// A sampled value. `period` is the time between samples; zero, negative or NaN samples at every update,
+    /// infinity at the first one only. If the active preset has limits under the counter's key, they replace
+    /// its own.
     unsigned createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period,
                            unsigned parent = 0);
 
     /// A counter whose value is the sum of its direct children: counters give their value, tables the sum of
     /// `column`, or with `NO_INDEX` their number of rows at the last refresh; other items nothing. The kind
-    /// is that of the first child with a value; kinds that can't be added are reported at sampling.
+    /// is that of the first child with a value; kinds that can't be added are reported at sampling. A sample
+    /// runs the functors of all these children.
     unsigned createChildrenCounter(const std::string& name, std::size_t column, float period,
                                    const std::string& format, unsigned parent = 0);
     /// The same with limits from the active preset's entry under `limitKey`.
@@ -95,23 +105,27 @@ public:
     /// live node is reported and gives null.
     Table* getTable(unsigned id);
     /// Adds the entry "Copy to Clipboard" to the rows' context menu, which copies the row's cells separated
-    /// by tabs. Nothing if the node holds no table.
+    /// by tabs: those of this table, wherever a host copies the entry to; nothing once the table is gone.
+    /// Nothing if the node holds no table. The spelling of the name is part of the interface.
     void addTableCliboardAction(unsigned id);
 
-    /// The paths of all counters that are outside their limits now, in tree order. Reads live values.
+    /// The paths of all counters that are outside their limits now, in tree order. Runs the getters of
+    /// counters with limits.
     std::list<std::string> collectWarnings() const;
     /// Reads every counter now, outside its period, in tree order, and hands it to `visit`. Runs the
     /// counters' getters; they and `visit` may create and remove items. An empty `visit` reads nothing.
     void forEachCounter(const std::function<void(const CounterReading&)>& visit) const;
 
-    /// Adds a preset, a named set of limits; the limits are copied. Presets stand on top of the panel.
-    /// Nothing becomes active by it.
+    /// Adds a preset, a named set of limits; the limits are copied. Always adds: names may repeat. Presets
+    /// stand on top of the panel. Nothing becomes active by it, unless the index that was chosen last is the
+    /// new preset's: then its box is ticked.
     void createPreset(const std::string& name, const LimitMap& limits,
                       std::unique_ptr<PresetSaveLoadParams> params = {});
     /// Makes a preset active and gives its limits to every counter: those of the counter's key, or zeros. An
     /// index out of range is reported and changes nothing.
     void choosePreset(std::size_t index);
-    /// Removes all presets. Counters keep their limits.
+    /// Removes all presets. Counters keep their limits. What the presets hold is destroyed when the call
+    /// returns, inside a functor when the library's outermost call does.
     void clearPresets();
     /// The preset whose limits are in force, `NO_INDEX` before the first choice. Clearing the presets leaves
     /// the index as it is.
@@ -146,13 +160,12 @@ private:
     void takeSnapshot();
     void updateSnapshots();
     void clearSnapshots();
-    LimitMap& lendLimits(std::size_t index);
-    const Limit* limitOf(const Counter& counter) const;
+    static void copyRow(const Table* table, std::size_t row);
     Counter::Getter childrenSum(std::size_t column);
 
     std::unique_ptr<Data> m_data;
     std::size_t activePreset = NO_INDEX;
-    std::vector<LimitMap> limitPresets;
+    std::deque<LimitMap> limitPresets; ///< functors hold maps while they create presets: none may move
 };
 
 } // namespace statistics

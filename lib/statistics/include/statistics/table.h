@@ -38,13 +38,18 @@ struct RowAction {
 /// the order, the selection and the actions. It stores no cell; each read of a cell calls the host.
 ///
 /// A data row is an index that the host's functors understand, a view row a position on the screen. Every
-/// functor receives data rows. Tables are made by `System::createTable` and owned by their item; a `Table`
-/// keeps its address until the item goes. Functors run on the thread that drives the library and may call
-/// every operation of the library but `initialize`, `shutdown`, `update` and `draw`; an empty functor where
-/// one is needed raises `std::bad_function_call`.
+/// functor receives data rows, and none that the row count functor doesn't count any more. Tables are made by
+/// `System::createTable` and owned by their item; a `Table` keeps its address until the item goes.
+///
+/// Functors run on the thread that drives the library and may call every operation of the library but
+/// `initialize`, `shutdown`, `update` and `draw`. They are called where they are, never through a copy, so a
+/// `mutable` lambda keeps its state; they may replace or erase any functor and column, themselves included,
+/// and what they let go lives until the library's outermost call returns. (The first call puts a wrapper of
+/// the library's around a functor: `target` of its field doesn't find the host's type any more.) An empty
+/// functor where one is needed raises `std::bad_function_call`.
 class STATISTICS_EXPORT Table {
 public:
-    explicit Table(std::function<std::size_t()> rowCount) : m_rowCount(std::move(rowCount)) {}
+    explicit Table(std::function<std::size_t()> rowCount);
 
     /// Appends a column. `lower` and `upper` are stored for the host in the column's `min` and `max`.
     void addColumn(std::string caption, std::function<CounterValue(std::size_t)> getter, float widthFraction,
@@ -54,38 +59,44 @@ public:
                             std::move(upper), widthFraction});
     }
 
-    /// Makes `column` the sort column and orders the rows by it. A column out of range is reported.
+    /// Makes `column` the sort column and orders the rows by it. A column out of range is reported. Runs the
+    /// row count and the column's getter, which is called for both rows of each comparison; if one throws,
+    /// nothing has changed.
     void sort(std::size_t column, bool ascending);
     /// Orders the rows anew, from data order, without storing the arguments. Equal rows keep data order.
     /// Values that don't order (NaN, mixed kinds, values that change meanwhile) give some order of all rows.
+    /// Runs the same functors.
     void applySort(std::size_t column, bool ascending);
 
-    /// A cell's text, with the column's format. Empty if there is no such column.
+    /// A cell's text, with the column's format. Empty if there is no such column. Runs the column's getter,
+    /// with any `dataRow` that is given.
     std::string getCell(std::size_t column, std::size_t dataRow) const;
     /// The same by view row; first orders the rows anew if their number has changed. Empty if there is no
-    /// such row or column.
+    /// such row or column. Runs the row count and getters.
     std::string getSortedCell(std::size_t column, std::size_t viewRow);
     /// The data row shown at `viewRow`, `NO_INDEX` if there is none; first orders the rows anew if their
-    /// number has changed.
+    /// number has changed. Within a sort of this table it is `viewRow` itself. Runs the row count, and the
+    /// getters of a sort.
     std::size_t dataRow(std::size_t viewRow);
     /// Prints a value as a cell of the column.
     void printCell(std::string& text, std::size_t column, const CounterValue& value) const;
-    /// The cells of a data row as the table shows them, separated by tabs.
+    /// The cells of a data row as the table shows them, separated by tabs. Runs the getters.
     std::string rowText(std::size_t dataRow) const;
-    /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported.
+    /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported. Runs
+    /// the row count once, and the getter.
     CounterValue sumColumn(std::size_t column) const;
 
     /// Appends an entry to the rows' context menu.
     void addAction(std::string caption, std::function<void(std::size_t)> action);
-    /// Runs an entry, or the default action, on the data row shown at `viewRow`; nothing if there is none.
+    /// Runs an entry, or the default action, on the data row shown at `viewRow`; nothing if there is none, or
+    /// if the host's rows have become fewer since. Runs the row count, too.
     void runAction(std::size_t action, std::size_t viewRow);
     void runDefaultAction(std::size_t viewRow);
 
-    std::vector<TableColumn> m_header;   ///< columns, in display order
-    std::vector<std::size_t> m_order;    ///< view row to data row
-    std::vector<RowAction> m_rowActions; ///< context menu, in order
-    /// The host's current number of data rows; must be callable, and must not be replaced while it runs.
-    std::function<std::size_t()> m_rowCount;
+    std::vector<TableColumn> m_header;       ///< columns, in display order
+    std::vector<std::size_t> m_order;        ///< view row to data row
+    std::vector<RowAction> m_rowActions;     ///< context menu, in order
+    std::function<std::size_t()> m_rowCount; ///< the host's current number of data rows; must be callable
     std::function<void(std::size_t)> m_defaultAction; ///< runs on a double click; may be empty
     std::size_t m_sortColumn = 0;
     std::size_t m_selectedRow = NO_INDEX; ///< a view row: the selection stays in place when rows move
@@ -93,7 +104,12 @@ public:
     bool m_sortAscending = true;
 
 private:
-    void run(std::function<void(std::size_t)> action, std::size_t viewRow);
+    friend class TableReading;
+
+    std::size_t rowCount() const;
+    void order(std::size_t count, std::size_t column, bool ascending);
+    std::size_t settledRow(std::size_t viewRow) const;
+    void run(std::function<void(std::size_t)>& action, std::size_t viewRow);
 };
 
 } // namespace statistics

@@ -1,0 +1,192 @@
+// Memory that fails inside a call of the host: the call is done whole or not at
+// all.
+#include "support/allocations.h"
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include <functional>
+#include <memory>
+#include <new>
+
+namespace {
+
+using namespace statistics;
+
+constexpr const char* kLong = "a text that is longer than what a string holds without memory of its own";
+
+class MemoryFailure : public test::Panel {
+protected:
+    using State = std::vector<std::string>;
+
+    /// Items of each kind, two presets; with `full`, the next node makes the tree grow.
+    void build(bool full)
+    {
+        System::shutdown();
+        System::initialize();
+        group = system().createLabel("group");
+        system().createCounter("counter", keyed(), 0.0F, group);
+        id = system().createTable(
+            "table", [] { return std::size_t{3}; }, 0.0F, group);
+        model = system().getTable(id);
+        model->addColumn(
+            "column", [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5F);
+        for (const char* name : {"A", "B"})
+            system().createPreset(name, {{"key", {1.0F, 2.0F}}});
+        while (full && TestAccess::tree().nextId() < TestAccess::tree().m_nodes.size())
+            system().createLabel(std::to_string(TestAccess::tree().nextId()));
+    }
+
+    template<typename Pool>
+    static std::string liveSlots(const Pool& pool)
+    {
+        std::string live;
+        for (auto slot = pool.begin(); slot != pool.end(); slot = pool.next(slot))
+            live += std::to_string(slot) + ' ';
+        return live;
+    }
+
+    State state()
+    {
+        const Render& render = TestAccess::render();
+        State all = {liveSlots(render.labels),
+                     liveSlots(render.counters),
+                     liveSlots(render.tables),
+                     liveSlots(render.presets),
+                     std::to_string(TestAccess::limitPresets().size()),
+                     std::to_string(system().getActivePreset())};
+        const Tree& tree = TestAccess::tree();
+        for (auto node = tree.m_nodes.begin(); node != tree.m_nodes.end(); node = tree.m_nodes.next(node))
+            all.push_back(std::to_string(node) + ' ' + system().path(node));
+        for (auto slot = render.counters.begin(); slot != render.counters.end();
+             slot = render.counters.next(slot))
+            all.push_back(render.counters[slot].minText + render.counters[slot].counter->min.toString("%f"));
+        for (auto slot = render.tables.begin(); slot != render.tables.end(); slot = render.tables.next(slot))
+            describe(*render.tables[slot].table, all);
+        return all;
+    }
+
+    static void describe(const Table& table, State& all)
+    {
+        all.push_back(std::to_string(table.m_header.size()) + std::to_string(table.m_rowActions.size()) +
+                      std::to_string(table.m_sortAscending));
+        for (const std::size_t row : table.m_order)
+            all.back() += ' ' + std::to_string(row);
+    }
+
+    void expectAllOrNothing(const char* what, const std::function<void()>& call, bool full)
+    {
+        build(full);
+        const State before = state();
+        call();
+        const State after = state();
+        for (std::size_t nth = 1;; ++nth) {
+            SCOPED_TRACE(std::string(what) + ", allocation " + std::to_string(nth));
+            build(full);
+            if (succeeds(call, nth)) {
+                EXPECT_EQ(state(), after);
+                return;
+            }
+            EXPECT_EQ(state(), before);
+            call();
+            EXPECT_EQ(state(), after);
+            show();
+        }
+    }
+
+    static bool succeeds(const std::function<void()>& call, std::size_t nth)
+    {
+        const test::FailingAllocation failing(nth);
+        try {
+            call();
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    }
+
+    static std::unique_ptr<Counter> keyed()
+    {
+        return std::make_unique<Counter>([] { return CounterValue(1); }, "", "%.20f", "key");
+    }
+
+    unsigned group = 0;
+    unsigned id = 0;
+    Table* model = nullptr;
+};
+
+TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
+{
+    const auto action = [held = std::string(kLong)](std::size_t) {};
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"label", [&] { system().createLabel(kLong, group); }},
+        {"counter", [&] { system().createCounter(kLong, keyed(), 0.0F, group); }},
+        {"sum", [&] { system().createChildrenCounter(kLong, 0, 0.0F, "%g", group); }},
+        {"sum by key", [&] { system().createChildrenCounter(kLong, 0, 0.0F, "key", "", kLong, group); }},
+        {"sum with limits", [&] { system().createChildrenCounter(kLong, 0, 0.0F, 1, 2, "", kLong, group); }},
+        {"table",
+         [&] {
+             system().createTable(
+                 kLong, [] { return std::size_t{1}; }, 0.0F, group);
+         }},
+        {"column",
+         [&] {
+             model->addColumn(
+                 kLong, [](std::size_t) { return CounterValue(1); }, 0.5F);
+         }},
+        {"sort", [&] { model->sort(0, false); }},
+        {"cell", [&] { EXPECT_EQ(getTableCell(id, 1, 0), "-1"); }},
+        {"row action", [&] { addRowAction(id, kLong, action); }},
+        {"default action", [&] { setDefaultAction(id, action); }},
+        {"clipboard action", [&] { addClipboardAction(id); }},
+        {"preset",
+         [] {
+             system().createPreset(kLong, {{"key", {3, 4}}}, std::make_unique<PresetSaveLoadParams>());
+         }},
+        {"choice", [] { system().choosePreset(1); }},
+        {"clearing", [] { system().clearPresets(); }},
+        {"removal", [&] { system().removeItem(group); }},
+        {"search", [] { EXPECT_NE(getItemIndex("group/table"), INVALID_ID); }},
+        {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1U); }},
+    };
+    for (const auto& [what, call] : calls) {
+        expectAllOrNothing(what, call, false);
+        expectAllOrNothing(what, call, true);
+    }
+}
+
+TEST_F(MemoryFailure, neverStopsARemoval)
+{
+    build(true);
+    EXPECT_TRUE(succeeds([this] { system().removeItem(group); }, 1));
+    EXPECT_EQ(getItemIndex("group"), INVALID_ID);
+    show();
+}
+
+TEST_F(MemoryFailure, leavesASampleAndAFrameForTheNextOne)
+{
+    std::size_t failing = 0;
+    bool whole = false;
+    ui.setScene([&] {
+        const auto turn = [] {
+            system().update(0, true);
+            system().draw();
+        };
+        whole = succeeds(turn, failing);
+    });
+    for (std::size_t nth = 1; !whole; ++nth) {
+        build(false);
+        model->m_header[0].format = "%300d";
+        failing = nth;
+        ui.frame();
+        EXPECT_EQ(ui.imbalance(), "");
+        const bool done = whole;
+        failing = 0;
+        ui.frame();
+        const auto& rows = TestAccess::render().tables[0].rows;
+        ASSERT_EQ(rows.size(), 3U);
+        EXPECT_EQ(rows[0][0].size(), 300U);
+        whole = done;
+    }
+}
+
+} // namespace
