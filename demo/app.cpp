@@ -28,7 +28,7 @@ App::App(const Options& options)
     : m_machine(options.procFolder),
       m_processPeriod(kProcessPeriod),
       m_machinePeriod(kMachinePeriod),
-      m_presets(userFolder(options.configFolder, "XDG_CONFIG_HOME", ".config", "--config"))
+      m_presets(configFolder(options.configFolder))
 {
     describe(options.procFolder);
     m_presets.create();

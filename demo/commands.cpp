@@ -1,6 +1,8 @@
 #include "commands.h"
 
+#include "bounds.h"
 #include "exit_status.h"
+#include "user_folders.h"
 #include "watch.h"
 
 #include <statistics/statistics.h>
@@ -59,16 +61,52 @@ private:
     std::set<std::string> m_withoutValue;
 };
 
-/// Runs without a window. What is averaged over time, or has a value from the second reading on, gets a
-/// moment to settle first.
+/// What is averaged over time, or has a value from the second reading on, gets a moment.
+void settle(App& app)
+{
+    constexpr double kSettling = kMachinePeriod + 0.25; // seconds
+    runFor(app, kSettling, [] {});
+}
+
 int check(App& app, double seconds)
 {
-    constexpr double kSettling = kMachinePeriod + 0.25;
     Gate gate;
-    runFor(app, kSettling, [] {});
+    settle(app);
     gate.look();
     runFor(app, seconds, [&gate] { gate.look(); });
     return gate.status();
+}
+
+/// Tells the file of a snapshot that it takes; false if there is none.
+bool takeSnapshot(const Snapshots& snapshots)
+{
+    const statistics::RecordedSnapshot snapshot = System::instance()->recordSnapshot();
+    const std::string path = (snapshots.folder() / snapshot.file).string();
+    if (snapshot.problem.empty())
+        std::printf("%s\n", path.c_str());
+    else
+        complain(path + ": " + snapshot.problem);
+    return snapshot.problem.empty();
+}
+
+int record(App& app, const Options& options)
+{
+    app.keepSnapshots(stateFolder(options.stateFolder));
+    if (!app.snapshots())
+        return kFailed; // told already
+    settle(app);
+    Bounds bounds(options);
+    double next = 0; // seconds since the first
+    while (bounds.admit()) {
+        app.work(false);
+        if (bounds.passed() >= next) {
+            if (!takeSnapshot(*app.snapshots()))
+                return kFailed;
+            next += *options.record;
+        }
+        app.pace();
+    }
+    return kFine;
 }
 
 /// What "--preset" asked for isn't there.
@@ -91,6 +129,8 @@ int runApp(const Options& options, const Run& run)
         return refuse(app, options.preset);
     if (options.list)
         return list(app);
+    if (options.record)
+        return record(app, options);
     if (!options.check)
         return run(app, options);
     if (app.presets().isRefused(options.preset)) {

@@ -11,8 +11,8 @@ namespace demo {
 /// What to do with the program once it is up; gives the exit status.
 using Run = std::function<int(App& app, const Options& options)>;
 
-/// The whole program: reads the command line, takes the library up, and lists, checks or, if neither is asked
-/// for, runs `run`. Gives the exit status.
+/// The whole program: reads the command line, takes the library up, and lists, checks, records or, if none of
+/// these is asked for, runs `run`. Gives the exit status.
 int runProgram(int argc, char** argv, const Run& run);
 
 } // namespace demo

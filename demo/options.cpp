@@ -5,6 +5,8 @@
 #include <CLI/CLI.hpp>
 
 #include <cmath>
+#include <filesystem>
+#include <string>
 
 namespace demo {
 
@@ -30,6 +32,13 @@ std::string isTime(const std::string& text)
     return isNumber && std::isfinite(seconds) && seconds >= 0 ? "" : "'" + text + "' is no time in seconds";
 }
 
+/// Files of snapshots are named by the second.
+std::string isPeriod(const std::string& text)
+{
+    const std::string problem = isTime(text);
+    return problem.empty() && std::stod(text) < 1 ? "'" + text + "' is less than a second" : problem;
+}
+
 std::string isNotEmpty(const std::string& text)
 {
     return text.empty() ? "it is empty" : "";
@@ -46,8 +55,15 @@ void describe(CLI::App& parser, Options& options)
     };
     CLI::Option* const list =
         parser.add_flag("--list", options.list, "Print the path of every item on the panel and quit");
-    time("--check", options.check, "Run without a window, print what is outside its limits or has no value")
-        ->excludes(list);
+    CLI::Option* const check =
+        time("--check", options.check,
+             "Run without a window for so long, print what is outside its limits or has no value");
+    check->excludes(list);
+    time("--record", options.record,
+         "Run without a window, take a snapshot at the start and each time these are over")
+        ->check(isPeriod)
+        ->excludes(list)
+        ->excludes(check);
     text("--preset", options.preset, "NAME",
          "Limits to start with: Battery, Desktop, Stress or one of your own; Desktop if not given");
     text("--config", options.configFolder, "DIR", "Keep presets there, not in ~/.config/statistics-demo");
@@ -57,7 +73,7 @@ void describe(CLI::App& parser, Options& options)
          "Read there of the machine and its processes, not in /proc: in a container, where the host's is "
          "mounted");
     parser.add_option("--frames", options.frames, "Quit after so many frames")->type_name("N");
-    time("--seconds", options.seconds, "Quit after this time");
+    time("--seconds", options.seconds, "Quit after this time; neither bounds --check");
     text("--screen", options.screenFile, "FILE",
          "Keep a list of the texts on the screen and their places there, for scripts that click");
 }
@@ -67,7 +83,7 @@ void describe(CLI::App& parser, Options& options)
 std::optional<Options> parseOptions(int argc, const char* const* argv, int& exitCode)
 {
     Options options;
-    CLI::App parser(kAbout, "statistics_demo");
+    CLI::App parser(kAbout, std::filesystem::path(argv[0]).filename().string());
     parser.footer(kStatuses);
     parser.set_help_flag("-h,--help", "Print this text and quit");
     describe(parser, options);

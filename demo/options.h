@@ -9,6 +9,7 @@ namespace demo {
 struct Options {
     bool list = false;                ///< print the paths of all items and quit
     std::optional<double> check;      ///< seconds to run without a window, watching for warnings
+    std::optional<double> record;     ///< seconds from one snapshot to the next, without a window
     std::optional<double> seconds;    ///< quit after this time
     std::optional<unsigned> frames;   ///< quit after so many frames
     std::string preset = "Desktop";   ///< the preset to start with

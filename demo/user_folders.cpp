@@ -19,8 +19,6 @@ std::optional<fs::path> folderIn(const char* variable)
     return folder && *folder == '/' ? std::optional<fs::path>(folder) : std::nullopt;
 }
 
-} // namespace
-
 fs::path userFolder(const std::string& chosen, const char* variable, const char* fallback, const char* option)
 {
     if (!chosen.empty())
@@ -31,6 +29,18 @@ fs::path userFolder(const std::string& chosen, const char* variable, const char*
     if (!home)
         throw std::runtime_error(std::string("HOME isn't set: name a folder with ") + option);
     return *home / fallback / kFolderName;
+}
+
+} // namespace
+
+fs::path configFolder(const std::string& chosen)
+{
+    return userFolder(chosen, "XDG_CONFIG_HOME", ".config", "--config");
+}
+
+fs::path stateFolder(const std::string& chosen)
+{
+    return userFolder(chosen, "XDG_STATE_HOME", ".local/state", "--state");
 }
 
 std::string shortPath(const fs::path& path)

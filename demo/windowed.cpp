@@ -1,5 +1,6 @@
 #include "windowed.h"
 
+#include "bounds.h"
 #include "exit_status.h"
 #include "host_windows.h"
 #include "screen_report.h"
@@ -60,13 +61,9 @@ void runFrame(App& app, Screen& screen)
 
 void runFrames(App& app, Screen& screen, const Options& options)
 {
-    const double start = clockSeconds();
-    unsigned frames = 0;
-    while (!screen.window.closed() && s_interrupted == 0 && !(options.frames && frames >= *options.frames) &&
-           !(options.seconds && clockSeconds() - start >= *options.seconds)) {
+    Bounds bounds(options);
+    while (!screen.window.closed() && s_interrupted == 0 && bounds.admit())
         runFrame(app, screen);
-        ++frames;
-    }
 }
 
 /// Null without a display, which the user is told.
@@ -87,7 +84,7 @@ int runInWindow(App& app, const Options& options)
     // Ctrl+C, and a terminal that goes away, end the program as its close box does: the layout is kept.
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         std::signal(signal, [](int) { s_interrupted = 1; });
-    const auto state = userFolder(options.stateFolder, "XDG_STATE_HOME", ".local/state", "--state");
+    const auto state = stateFolder(options.stateFolder);
     const std::string layout = (state / "layout.ini").string();
     const auto window = openWindow(layout);
     if (!window)

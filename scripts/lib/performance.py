@@ -27,6 +27,8 @@ AIMS = {  # ratio to the hand-written equivalent that each row is meant to stay 
     "collect warnings": 2,
 }
 
+WITHOUT_AIM = ["choose a preset", "draw, counters out of view", "remove one by one from one parent"]
+
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
@@ -93,8 +95,19 @@ def read_numbers(folder, name):
         return [line.split() for line in file]
 
 
+def check_complete(rows, memory):
+    """Ends the program if something wasn't measured: half a page would pass for the whole one."""
+    missing = [name for name in [*AIMS, *WITHOUT_AIM] if name not in rows]
+    missing += [name for name, sizes in rows.items() if any(len(sides) < 2 for sides in sizes.values())]
+    if memory is None:
+        missing.append("memory per counter")
+    if missing:
+        sys.exit("No page is written. Not measured: " + "; ".join(missing))
+
+
 def main(folder):
     rows, memory, context = read_rows(folder)
+    check_complete(rows, memory)
     compiled = [float(seconds) for seconds in read_numbers(folder, "compile.txt")[0]]
     stripped = os.path.getsize(os.path.join(folder, "stripped.so"))
     print("# What it costs\n")

@@ -70,6 +70,16 @@ TEST(SavedFile, leavesNothingBesideIt)
     EXPECT_EQ(demo::entriesOf(dir("a")).size(), 2U);
 }
 
+TEST(SavedFile, mayBeNamedWithoutAFolder)
+{
+    const test::TempDir dir;
+    const fs::path before = fs::current_path();
+    fs::current_path(dir(""));
+    EXPECT_EQ(demo::replaceText("report.txt", "text"), "");
+    fs::current_path(before);
+    EXPECT_EQ(dir.read("report.txt"), "text");
+}
+
 TEST(SavedFile, comesWithoutTheLeftoversOfTheKilled)
 {
     const test::TempDir dir;

@@ -89,10 +89,13 @@ kill "$display_server"
 check "a clean end without a display" ended_well
 check "the layout is kept" test -s "$state/layout.ini"
 
-# A small display shows all windows, those too that stood elsewhere on the large one.
-rm "$work/display" "$work/screen"
+# A small display shows all windows. A state folder that can't be used is told, and the rest goes on.
+rm -r "$work/display" "$work/screen" "$state"
+touch "$state"
 start_display 800x600
 start_demo "$1"
+wait_for "word about the snapshots" grep -q "No snapshots: " "$work/screen"
+check "the word in the log, once" test "$(grep -c "no snapshots: .*statistics-demo" "$work/demo.log")" -eq 1
 for text in Statistics Presets Demo "Pause sampling" Warnings; do
     wait_for "$text on the small display" is_shown "$text"
 done
