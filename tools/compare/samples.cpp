@@ -22,7 +22,7 @@ void append(Series& series, std::string_view value)
     double number = 0;
     if (parseNumber(value, number)) {
         series.lastKind = EKind::Number;
-        series.numbers.push_back(number);
+        series.push(number);
     } else if (value == noValue()) {
         series.lastKind = EKind::Missing;
     } else {
@@ -36,12 +36,33 @@ void append(Series& series, std::string_view value)
 void takeBack(Series& series)
 {
     if (series.lastKind == EKind::Number)
-        series.numbers.pop_back();
+        series.pop();
     else if (series.lastKind == EKind::Text)
         series.texts.pop_back();
 }
 
 } // namespace
+
+void Series::push(double number)
+{
+    if (latestCount == kLatest)
+        settle();
+    latest[latestCount++] = number;
+}
+
+void Series::pop()
+{
+    if (latestCount > 0)
+        --latestCount;
+    else
+        numbers.pop_back();
+}
+
+void Series::settle()
+{
+    numbers.insert(numbers.end(), latest.data(), latest.data() + latestCount);
+    latestCount = 0;
+}
 
 std::size_t Paths::numberOf(std::string_view path)
 {
@@ -92,7 +113,10 @@ void Samples::dropSnapshot()
 
 Series* Samples::find(std::size_t path)
 {
-    return path < m_series.size() && m_series[path].snapshots > 0 ? &m_series[path] : nullptr;
+    if (path >= m_series.size() || m_series[path].snapshots == 0)
+        return nullptr;
+    m_series[path].settle();
+    return &m_series[path];
 }
 
 } // namespace compare

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -35,7 +36,18 @@ private:
 enum class EKind : std::uint8_t { Missing, Number, Text };
 
 /// What stood under one path in the snapshots of one side. A number or text takes 8 bytes.
+///
+/// Reading goes through all paths for each snapshot, so the latest numbers gather in the series itself: the
+/// memory of thousands of vectors would have to be fetched anew for each of them.
 struct Series {
+    static constexpr std::size_t kLatest = 8;
+
+    void push(double number);
+    void pop();
+    void settle(); ///< brings the latest numbers to the others
+
+    std::array<double, kLatest> latest{};
+    std::size_t latestCount = 0;
     std::vector<double> numbers;
     std::vector<std::uint64_t> texts; ///< their hashes
     std::string firstText;            ///< kept to be shown
@@ -55,7 +67,7 @@ public:
     void dropSnapshot();
 
     std::size_t snapshots() const { return m_snapshots; }
-    /// Of a path that this side hasn't: null.
+    /// Whole, all values settled. Null for a path that this side hasn't.
     Series* find(std::size_t path);
 
 private:
