@@ -1,7 +1,9 @@
 // What code reads: every counter with its path and limits, the path of an item, the preset in force.
 #include "support/counter_panel.h"
 
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -62,6 +64,37 @@ TEST_F(Reading, goesOnWhenGettersAndVisitorsRemoveWhatTheyStandOn)
         paths.push_back(reading.path);
     });
     EXPECT_EQ(paths, (std::vector<std::string>{"Removes itself", "First"}));
+}
+
+TEST_F(Reading, leavesPathsOutForWhoKeepsThemWhileTheRevisionStays)
+{
+    const unsigned group = system().createLabel("Group");
+    add("Below", Counter([] { return CounterValue(1); }), group);
+    add("Adds", Counter([added = false]() mutable {
+            if (std::exchange(added, true))
+                return CounterValue(2);
+            system().removeItem(system().getItemIndex("Goes"));
+            add("New", Counter([] { return CounterValue(3); }));
+            return CounterValue(2);
+        }));
+    add("Goes", Counter([] { return CounterValue(4); }));
+    const auto values = [] {
+        std::string text;
+        const auto append = [&](const CounterReading& reading) {
+            text += reading.path + reading.value.toString(nullptr) + " ";
+        };
+        system().forEachCounter(append, false);
+        return text;
+    };
+    const std::uint64_t before = system().revision();
+    EXPECT_EQ(values(), "1 2 ");
+    const std::uint64_t after = system().revision();
+    EXPECT_NE(after, before);
+    EXPECT_EQ(values(), "1 2 3 ");
+    EXPECT_EQ(system().revision(), after);
+    statistics::System::shutdown();
+    statistics::System::initialize();
+    EXPECT_GT(system().revision(), after);
 }
 
 TEST_F(Reading, namesItemsByPathAndThePresetInForce)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "groups.h"
+#include "path.h"
 #include "render.h"
 #include "rollback.h"
 #include "statistics_analyzer.h"
@@ -8,9 +9,11 @@
 
 #include <statistics/system.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
+#include <vector>
 
 namespace statistics {
 
@@ -50,16 +53,33 @@ struct System::Data {
                 visit(id, *counter);
         });
     }
-    /// Calls `visit(id, path, counter, value)` with the value that the getter gives now. A getter that
-    /// removes its own counter is still visited: its value was read.
+    /// Calls `visit(id, path, counter)` for every counter, in tree order, as above. The path is the walk's:
+    /// good until `visit` returns, whatever that removes.
     template<typename Visit>
-    void readCounters(const Visit& visit)
+    void forEachCounterPath(const Visit& visit)
     {
-        forEachCounter([&](unsigned id, Counter& counter) {
-            std::string path = tree.path(id, render);
-            CounterValue value = counter.getter();
-            visit(id, std::move(path), counter, std::move(value));
+        std::string path;
+        std::vector<std::size_t> lengths{0}; ///< of the path at each depth, down to the present node
+        tree.forEachNode([&](unsigned id) {
+            const unsigned depth = tree.depth(id);
+            path.resize(lengths[depth - 1]);
+            appendName(path, render.itemName(tree.item(id)));
+            lengths.resize(depth);
+            lengths.push_back(path.size());
+            if (Counter* counter = render.getCounter(tree.item(id)))
+                visit(id, path, *counter);
         });
+    }
+    /// Calls `visit(id, counter)` for every counter that there is now, in tree order, from a list that is made
+    /// anew only when the tree has changed. One that is removed meanwhile is left out, a new one too.
+    template<typename Visit>
+    void forEachListedCounter(const Visit& visit)
+    {
+        const CallScope call;
+        const std::shared_ptr<const CounterList> list = listCounters();
+        for (const CounterList::Entry& entry : list->entries)
+            if (tree.revision() == list->revision || holds(entry.id, *entry.counter))
+                visit(entry.id, *entry.counter);
     }
     /// True if the node still shows this counter.
     bool holds(unsigned id, const Counter& counter);
@@ -67,8 +87,20 @@ struct System::Data {
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
 
+    /// The counters at one revision of the tree.
+    struct CounterList {
+        struct Entry {
+            unsigned id;
+            Counter* counter;
+        };
+        std::uint64_t revision;
+        std::vector<Entry> entries;
+    };
+    std::shared_ptr<const CounterList> listCounters();
+
     Tree tree;
     Render render;
+    std::shared_ptr<const CounterList> counterList; ///< derived from the tree when first needed
     PresetGroup presetGroup;
     SnapshotGroup snapshotGroup;
     std::unique_ptr<StatisticsAnalyzer> statsAnalyzer; ///< null while snapshots are off

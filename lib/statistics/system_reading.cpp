@@ -8,12 +8,16 @@ namespace statistics {
 
 namespace {
 
-CounterReading readingOf(unsigned id, const std::string& path, const Counter& counter, CounterValue value)
+/// A getter that removes its own counter is still read: the counter lives until the walk is over.
+CounterReading read(unsigned id, const std::string& path, const Counter& counter)
 {
-    if (!counter.hasLimits)
-        return {id, path, std::move(value), nullptr, nullptr, false};
-    const bool outside = value < counter.min || value > counter.max;
-    return {id, path, std::move(value), &counter.min, &counter.max, outside};
+    CounterReading reading{id, path, counter.getter(), nullptr, nullptr, false};
+    if (counter.hasLimits) {
+        reading.min = &counter.min;
+        reading.max = &counter.max;
+        reading.outside = reading.value < counter.min || reading.value > counter.max;
+    }
+    return reading;
 }
 
 } // namespace
@@ -29,18 +33,38 @@ std::list<std::string> System::collectWarnings() const
     return warnings;
 }
 
-void System::forEachCounter(const std::function<void(const CounterReading&)>& visit) const
+void System::forEachCounter(const std::function<void(const CounterReading&)>& visit, bool withPaths) const
 {
     if (!visit)
         return;
-    m_data->readCounters([&](unsigned id, const std::string& path, const Counter& counter,
-                             CounterValue value) { visit(readingOf(id, path, counter, std::move(value))); });
+    if (withPaths)
+        return m_data->forEachCounterPath([&](unsigned id, const std::string& path, const Counter& counter) {
+            visit(read(id, path, counter));
+        });
+    const std::string noPath;
+    m_data->forEachListedCounter([&](unsigned id, const Counter& counter) { visit(read(id, noPath, counter)); });
+}
+
+std::uint64_t System::revision() const
+{
+    return m_data->tree.revision();
 }
 
 std::string System::path(unsigned id) const
 {
     const Tree& tree = m_data->tree;
     return tree.contains(id) ? tree.path(id, m_data->render) : std::string();
+}
+
+std::shared_ptr<const System::Data::CounterList> System::Data::listCounters()
+{
+    if (counterList && counterList->revision == tree.revision())
+        return counterList;
+    CounterList list{tree.revision(), {}};
+    list.entries.reserve(render.counters.size());
+    forEachCounter([&](unsigned id, Counter& counter) { list.entries.push_back({id, &counter}); });
+    counterList = std::make_shared<const CounterList>(std::move(list));
+    return counterList;
 }
 
 bool System::Data::holds(unsigned id, const Counter& counter)

@@ -89,8 +89,8 @@ void System::takeSnapshot()
 {
     SnapshotValues values;
     values.reserve(m_data->render.counters.size());
-    m_data->readCounters([&](unsigned, std::string path, const Counter&, CounterValue value) {
-        values.emplace_back(std::move(path), std::move(value));
+    m_data->forEachCounterPath([&](unsigned, const std::string& path, const Counter& counter) {
+        values.emplace_back(path, counter.getter());
     });
     // A getter may have dropped the store.
     if (!m_data->statsAnalyzer)

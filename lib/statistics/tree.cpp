@@ -33,6 +33,8 @@ std::size_t countListed(const std::vector<unsigned>& children, std::size_t end)
 
 } // namespace
 
+std::uint64_t Tree::s_lastRevision = 0;
+
 Tree::Tree()
 {
     m_derived.places.resize(kFirstSlots);
@@ -52,6 +54,8 @@ Tree& Tree::operator=(Tree&& other) noexcept
     other.endWalks();
     m_nodes = std::move(other.m_nodes);
     m_derived = std::exchange(other.m_derived, {});
+    noteChange();
+    other.noteChange();
     return *this;
 }
 
@@ -76,6 +80,7 @@ unsigned Tree::addChild(unsigned item, unsigned parentId)
     siblings.push_back(id);
     noteForIndex(id);
     m_derived.changes.note(id);
+    noteChange();
     return id;
 }
 
@@ -241,6 +246,7 @@ void Tree::eraseNode(unsigned id)
         walk->m_next = position(id);
     }
     m_nodes.erase(id);
+    noteChange();
 }
 
 /// The nodes that the walks stand on are gone.
@@ -289,6 +295,7 @@ void Tree::clearChildren(unsigned id)
     m_derived.places[id].gaps = 0;
     m_derived.indexStale = true;
     m_derived.changes.note(id);
+    noteChange();
     for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer) {
         if (isBelow(walk->m_top, id)) {
             walk->end();

@@ -7,6 +7,7 @@
 #include "render.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -79,6 +80,8 @@ public:
     ChangeLog& changes() { return m_derived.changes; }
     /// The names from the first level down to the node, as a path.
     std::string path(unsigned id, const Render& render) const;
+    /// Another number whenever a node comes or goes; the process never sees a number again.
+    std::uint64_t revision() const { return m_revision; }
 
     free_slot_vector<Node> m_nodes;
 
@@ -131,10 +134,14 @@ private:
     void indexNewNodes(const Render& render);
     void rebuildIndex(const Render& render);
     void endWalks();
+    void noteChange() { m_revision = ++s_lastRevision; }
 
     Derived m_derived;
+    std::uint64_t m_revision = ++s_lastRevision;
     mutable Sums m_sums;                      ///< memory for sums, empty between them
     mutable ChildWalk* m_innermost = nullptr; ///< the walks under way, each with the one around it
+
+    static std::uint64_t s_lastRevision;
 };
 
 /// Goes through the children of a node, and from each into its own if asked to. Nodes may come and go

@@ -9,6 +9,7 @@
 #include <statistics/value.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <list>
@@ -114,7 +115,12 @@ public:
     std::list<std::string> collectWarnings() const;
     /// Reads every counter now, outside its period, in tree order, and hands it to `visit`. Runs the
     /// counters' getters; they and `visit` may create and remove items. An empty `visit` reads nothing.
-    void forEachCounter(const std::function<void(const CounterReading&)>& visit) const;
+    /// Without `withPaths` every path is empty, and counters that come during the walk are left to the next
+    /// one: twice as fast, for a caller that keeps the paths while the `revision` stays.
+    void forEachCounter(const std::function<void(const CounterReading&)>& visit, bool withPaths = true) const;
+    /// Another number whenever an item of the host's comes or goes; no number comes again in a process,
+    /// whichever `System` it is. Reads no host data.
+    std::uint64_t revision() const;
 
     /// Adds a preset, a named set of limits; the limits are copied. Always adds: names may repeat. Presets
     /// stand on top of the panel. Nothing becomes active by it, unless the index that was chosen last is the
