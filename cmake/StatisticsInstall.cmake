@@ -20,6 +20,16 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/lib/statistics/include/statistics"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
     FILES_MATCHING PATTERN "*.h")
 
+if(STATISTICS_BUILD_PROMETHEUS)
+    target_include_directories(statistics_prometheus PUBLIC "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+    install(TARGETS statistics_prometheus EXPORT statistics-prometheus-targets
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    install(FILES "${PROJECT_SOURCE_DIR}/prometheus/include/statistics/prometheus.h"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/statistics")
+    install(EXPORT statistics-prometheus-targets NAMESPACE statistics:: DESTINATION "${package_dir}")
+endif()
+
 # The version of ImGui that the panel was compiled against: a host's ImGui has to be the same.
 set(imgui_version "none")
 if(STATISTICS_BUILD_PANEL)

@@ -3,11 +3,12 @@
 packages_build=(g++ make cmake pkg-config libimgui-dev)
 packages_demo=(libglfw3-dev libgl-dev nlohmann-json3-dev libcli11-dev)
 packages_tools=(libcli11-dev nlohmann-json3-dev)
-packages_test=(ninja-build libgtest-dev locales)
+packages_prometheus=(prometheus-cpp-dev)
+packages_test=(ninja-build libgtest-dev libgmock-dev locales "${packages_prometheus[@]}")
 packages_bench=(libbenchmark-dev)
 packages_lint=(clang-format-14 clang-tidy-14)
 packages_windows=(dpkg-dev g++-mingw-w64-x86-64-posix wine wine64)
-packages_server=() # what the tests with servers start
+packages_server=(prometheus) # what the tests with servers start
 packages_display=(xvfb libgl1-mesa-dri xdotool xclip imagemagick) # a display of its own, a mouse, a camera
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
