@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -203,6 +205,21 @@ TEST_F(SystemItems, areSampledOnDemandWithoutTouchingTheirTime)
     EXPECT_EQ(samples, 2);
     system().update(0.25F, true);
     EXPECT_EQ(samples, 3);
+}
+
+TEST_F(SystemItems, optionsOutOfRangeAreClamped)
+{
+    EXPECT_EQ(system().options().background, 0.0f);
+    const std::vector<std::pair<float, float>> givenAndKept = {
+        {0.5f, 0.5f}, {-1.0f, 0.0f}, {7.0f, 1.0f}, {NAN, 0.0f}};
+    for (const auto& [given, kept] : givenAndKept) {
+        statistics::Options options;
+        options.background = given;
+        options.compareTolerance = -given;
+        system().setOptions(options);
+        EXPECT_EQ(system().options().background, kept) << given;
+        EXPECT_GE(system().options().compareTolerance, 0.0f) << given;
+    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "text_lines.h"
 
 #include <statistics/diff_table.h>
+#include <statistics/options.h>
 #include <statistics/preset.h>
 #include <statistics/table.h>
 #include <statistics/value.h>
@@ -87,6 +88,7 @@ public:
     bool diffWidthsPending = true;
     bool windowOpen = true;
     ChangeLog lineChanges; ///< slots of counters whose texts may take other room than before
+    Options options;
 
 private:
     class Refresh;

@@ -58,14 +58,15 @@ public:
     /// The entries that could be read, all `Decimal`. `path` is the complete path.
     static SnapshotValues readSnapshot(const std::string& path);
 
+    /// The complete path of one of its folders.
+    std::string pathOf(const std::string& inFolder) const;
+
     std::string root; ///< as the host told it
     std::string folder;
     std::vector<Snapshot> snapshots;
     DiffTable diffTable;
 
 private:
-    std::string pathOf(const std::string& inFolder) const;
-
     std::string m_place; ///< the absolute path of `root`
 };
 

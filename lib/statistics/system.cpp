@@ -87,6 +87,20 @@ bool System::panelOpen() const
     return m_data->render.windowOpen;
 }
 
+void System::setOptions(const Options& options)
+{
+    Options& inForce = m_data->render.options;
+    inForce = options;
+    // What isn't a number compares false.
+    inForce.background = options.background > 0 ? std::min(options.background, 1.0f) : 0.0f;
+    inForce.compareTolerance = options.compareTolerance > 0 ? options.compareTolerance : 0.0f;
+}
+
+const Options& System::options() const
+{
+    return m_data->render.options;
+}
+
 void System::updateNode(unsigned id)
 {
     m_data->tree.updateNode(id, m_data->render);

@@ -109,7 +109,7 @@ RecordedSnapshot System::recordSnapshot()
     if (!store || store->snapshots.empty())
         return {{}, "snapshots were turned off or cleared meanwhile"};
     const StatisticsAnalyzer::Snapshot& taken = store->snapshots.back();
-    return {store->root + '/' + taken.folder + '/' + taken.name, taken.problem};
+    return {store->pathOf(taken.folder) + '/' + taken.name, taken.problem};
 }
 
 void System::updateSnapshots()

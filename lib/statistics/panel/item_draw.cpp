@@ -18,7 +18,7 @@ bool Render::beginWindow()
     const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
     widgets::suggestNextWindowSize(
         ImVec2(layout::scaled(layout::kWidth) + frame, layout::scaled(layout::kPanelHeight)));
-    ImGui::SetNextWindowBgAlpha(0.0f);
+    ImGui::SetNextWindowBgAlpha(options.background);
     return ImGui::Begin("Statistics", &windowOpen, 0);
 }
 

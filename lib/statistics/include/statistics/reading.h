@@ -19,7 +19,7 @@ struct CounterReading {
 
 /// What became of a snapshot that the host asked for.
 struct RecordedSnapshot {
-    std::string file;    ///< its path below `root`'s; empty if snapshots are off
+    std::string file;    ///< its complete path; empty if snapshots are off
     std::string problem; ///< why it isn't on disk; empty if it is
 };
 

@@ -3,6 +3,7 @@
 #include <statistics/counter.h>
 #include <statistics/diff_table.h>
 #include <statistics/export.h>
+#include <statistics/options.h>
 #include <statistics/preset.h>
 #include <statistics/reading.h>
 #include <statistics/table.h>
@@ -62,6 +63,10 @@ public:
     /// Shows or hides the panel; its close box hides it. Open at first.
     void setPanelOpen(bool open);
     bool panelOpen() const;
+    /// Turns on what the plain panel doesn't have, at any time. What is off costs nothing.
+    void setOptions(const Options& options);
+    /// As they are in force: values out of range are clamped.
+    const Options& options() const;
 
     /// Samples the node's item at once, outside its period, by running its functors. A stale id does nothing;
     /// but one that has been given out again since is somebody else's node: drop ids when you remove.

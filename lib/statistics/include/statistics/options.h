@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+namespace statistics {
+
+/// What a host may turn on beyond the plain panel, which is what it gets by default.
+struct Options {
+    /// Samples kept of each counter, shown as a plot when the user points at its value. 0 keeps none.
+    std::size_t history = 0;
+    /// A line on top of the panel: only what matches it is shown, and what leads there.
+    bool filter = false;
+    /// Of the panel: 0 clear to 1 opaque. Others are clamped, NaN is 0.
+    float background = 0;
+    /// The limit that a counter has crossed is shown in the bar's colour for values outside.
+    bool markOutside = false;
+    /// A triangle on the header of the column by which a table is sorted.
+    bool sortArrows = false;
+    /// Folders and check boxes of snapshots by name; the store keeps the order in which it found them.
+    bool sortSnapshots = false;
+    /// Rows of the comparison whose values differ by less, relative to the larger one, aren't flagged.
+    /// Negative ones and NaN count as 0.
+    float compareTolerance = 0;
+};
+
+} // namespace statistics
