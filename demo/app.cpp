@@ -30,6 +30,8 @@ App::App(const Options& options)
       m_machinePeriod(kMachinePeriod),
       m_presets(configFolder(options.configFolder))
 {
+    if (options.particles)
+        m_particles.setCount(*options.particles);
     describe(options.procFolder);
     m_presets.create();
 }

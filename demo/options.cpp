@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include "exit_status.h"
+#include "particles.h"
 
 #include <CLI/CLI.hpp>
 
@@ -64,6 +65,9 @@ void describe(CLI::App& parser, Options& options)
         ->check(isPeriod)
         ->excludes(list)
         ->excludes(check);
+    parser.add_option("--particles", options.particles, "Move so many")
+        ->type_name("N")
+        ->check(CLI::Range(Particles::kMinCount, Particles::kMaxCount));
     text("--preset", options.preset, "NAME",
          "Limits to start with: Battery, Desktop, Stress or one of your own; Desktop if not given");
     text("--config", options.configFolder, "DIR", "Keep presets there, not in ~/.config/statistics-demo");

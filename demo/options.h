@@ -12,6 +12,7 @@ struct Options {
     std::optional<double> record;     ///< seconds from one snapshot to the next, without a window
     std::optional<double> seconds;    ///< quit after this time
     std::optional<unsigned> frames;   ///< quit after so many frames
+    std::optional<int> particles;     ///< that are moved; nothing: as many as the program likes
     std::string preset = "Desktop";   ///< the preset to start with
     std::string configFolder;         ///< presets; empty: the user's
     std::string stateFolder;          ///< snapshots, comparisons, layout; empty: the user's
