@@ -88,22 +88,39 @@ std::string lineOfProblem(const std::string& text, std::size_t byte)
     return std::to_string(1 + std::count(text.begin(), end, '\n'));
 }
 
+/// How many objects and arrays lie in each other.
+int depthOf(const std::string& text)
+{
+    int depth = 0;
+    int deepest = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString && c == '\\')
+            ++i; // an escaped quote ends no string
+        else if (c == '"')
+            inString = !inString;
+        else if (!inString && (c == '{' || c == '['))
+            deepest = std::max(deepest, ++depth);
+        else if (!inString && (c == '}' || c == ']'))
+            --depth;
+    }
+    return deepest;
+}
+
 /// Gives the problem, empty for none.
 std::string parseDocument(const std::string& text, json& document)
 {
-    bool tooDeep = false;
-    const auto isKept = [&tooDeep](int depth, json::parse_event_t, const json&) {
-        tooDeep = tooDeep || depth > kDeepest;
-        return depth <= kDeepest;
-    };
+    if (depthOf(text) > kDeepest)
+        return "is nested too deep";
     try {
-        document = json::parse(text, isKept);
+        document = json::parse(text);
     } catch (const json::parse_error& error) {
         return "is damaged in line " + lineOfProblem(text, error.byte);
     } catch (const json::out_of_range&) {
         return "has a number that is out of range";
     }
-    return tooDeep ? "is nested too deep" : "";
+    return {};
 }
 
 } // namespace

@@ -74,6 +74,15 @@ TEST(PresetFile, isRefusedWhenItIsNestedTooDeep)
     const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
     EXPECT_EQ(demo::parsePreset(deep).problem, "is nested too deep");
     EXPECT_EQ(demo::parsePreset(R"({"limits": {}, "note": )" + deep + "}").problem, "is nested too deep");
+    EXPECT_EQ(demo::parsePreset(R"({"limits": {}, "note": "\"[[[[[[[[[[[[[[[[[["})").problem, "");
+}
+
+TEST(PresetFile, takesManyLimitsInAMoment)
+{
+    std::string text = R"({"limits": {"first": {"min": 0, "max": 1})";
+    for (int i = 0; i < 30000; ++i) // minutes, if each were held against all others
+        text += ",\"" + std::to_string(i) + R"(": {"min": 0, "max": 1})";
+    EXPECT_EQ(demo::parsePreset(text + "}}").limits.size(), 30001U);
 }
 
 TEST(PresetFile, keepsWhatTheProgramDoesNotKnow)
