@@ -45,6 +45,13 @@ void addTable(System& system)
     addClipboardAction(id);
 }
 
+void keepHistory(std::size_t samples)
+{
+    Options options;
+    options.history = samples;
+    System::instance()->setOptions(options);
+}
+
 class SteadyFrame : public test::Panel {};
 
 TEST_F(SteadyFrame, AllocatesNothing)
@@ -52,6 +59,7 @@ TEST_F(SteadyFrame, AllocatesNothing)
     System& system = *System::instance();
     addCounters(system);
     addTable(system);
+    keepHistory(30);
     system.createPreset("a preset", {});
     std::size_t allocated = 0; // by the library, not by the host around it
     ui.setScene([&] {
@@ -80,6 +88,7 @@ protected:
     void cycle()
     {
         const unsigned top = system().createLabel("top");
+        keepHistory(40);
         for (int index = 0; index < 50; ++index)
             system().createCounter(std::to_string(index),
                                    std::make_unique<Counter>(0.0f, 1.0f, changingValue, "%.2f", ""), 0.0f,
@@ -98,6 +107,7 @@ protected:
         system().removeStatsAnalyzer();
         system().clearPresets();
         system().removeItem(top);
+        keepHistory(0);
     }
 
     std::vector<std::size_t> poolSizes() const

@@ -18,7 +18,14 @@ class MemoryFailure : public test::Panel {
 protected:
     using State = std::vector<std::string>;
 
-    /// Items of each kind, two presets; with `full`, the next node makes the tree grow.
+    static void keepHistory(std::size_t samples)
+    {
+        Options options;
+        options.history = samples;
+        system().setOptions(options);
+    }
+
+    /// Items of each kind, two presets; with `full`, the next node makes the tree grow, and there is a past.
     void build(bool full)
     {
         System::shutdown();
@@ -32,6 +39,9 @@ protected:
             "column", [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5F);
         for (const char* name : {"A", "B"})
             system().createPreset(name, {{"key", {1.0F, 2.0F}}});
+        if (full)
+            keepHistory(4);
+        sample();
         while (full && TestAccess::tree().nextId() < TestAccess::tree().m_nodes.size())
             system().createLabel(std::to_string(TestAccess::tree().nextId()));
     }
@@ -53,7 +63,9 @@ protected:
                      liveSlots(render.tables),
                      liveSlots(render.presets),
                      std::to_string(TestAccess::limitPresets().size()),
-                     std::to_string(system().getActivePreset())};
+                     std::to_string(system().getActivePreset()),
+                     std::to_string(system().options().history),
+                     std::to_string(system().history(getItemIndex("group/counter")).samples.size())};
         const Tree& tree = TestAccess::tree();
         for (auto node = tree.m_nodes.begin(); node != tree.m_nodes.end(); node = tree.m_nodes.next(node))
             all.push_back(std::to_string(node) + ' ' + system().path(node));
@@ -145,6 +157,7 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
         {"choice", [] { system().choosePreset(1); }},
         {"clearing", [] { system().clearPresets(); }},
         {"removal", [&] { system().removeItem(group); }},
+        {"history", [] { keepHistory(50); }},
         {"search", [] { EXPECT_NE(getItemIndex("group/table"), INVALID_ID); }},
         {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1U); }},
     };

@@ -55,6 +55,7 @@ unsigned Render::createLabel(const std::string& text)
 
 unsigned Render::createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period)
 {
+    history.makeRoom(counters.nextIndex());
     return place(counters, ItemType::Counter, ItemCounter(name, std::move(counter), period));
 }
 
@@ -125,6 +126,7 @@ void Render::removeItem(unsigned id)
     case ItemType::Label:
         return labels.erase(slot);
     case ItemType::Counter:
+        history.forget(slot);
         return removeCounter(counters, slot);
     case ItemType::Table:
         return removeTable(tables, slot);
@@ -189,6 +191,20 @@ void Render::forEachCounter(const std::function<void(ItemCounter&)>& visit)
         return;
     for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot))
         visit(counters[slot]);
+}
+
+void Render::resizeHistory(std::size_t samples)
+{
+    History resized(samples);
+    if (resized.capacity() == history.capacity())
+        return;
+    // From behind, so that each block of the history is made once.
+    for (unsigned slot = counters.size(); resized.isOn() && slot-- > 0;)
+        if (counters.contains(slot)) {
+            resized.makeRoom(slot);
+            resized.addAll(slot, history.past(slot));
+        }
+    history = std::move(resized);
 }
 
 CounterValue Render::itemValue(unsigned id, std::size_t column)

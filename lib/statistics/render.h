@@ -2,6 +2,7 @@
 
 #include "change_log.h"
 #include "free_slot_vector.h"
+#include "history.h"
 #include "items.h"
 #include "text_lines.h"
 
@@ -57,6 +58,8 @@ public:
     bool holdsTable(const Table* table) const;
     ItemPreset& getPreset(unsigned slot);
     void forEachCounter(const std::function<void(ItemCounter&)>& visit);
+    /// Keeps that many samples of each counter, the newest. Lack of memory leaves all as it was.
+    void resizeHistory(std::size_t samples);
     /// The present value of a counter, the rows or the sum of `column` of a table, `Empty` for other items.
     CounterValue itemValue(unsigned id, std::size_t column);
 
@@ -89,6 +92,7 @@ public:
     bool windowOpen = true;
     ChangeLog lineChanges; ///< slots of counters whose texts may take other room than before
     Options options;
+    History history; ///< of `counters`
 
 private:
     class Refresh;

@@ -85,8 +85,11 @@ void Render::updateCounter(unsigned slot)
 {
     Counter& counter = *counters[slot].counter;
     const CounterValue value = counter.getter();
-    if (counterItem(slot, counter))
+    if (counterItem(slot, counter)) {
+        if (history.isOn())
+            history.add(slot, value);
         showValue(slot, value);
+    }
     // Removed counters have no limits left: their getters aren't called again.
     if (!counter.hasLimits)
         return;

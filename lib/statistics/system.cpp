@@ -90,7 +90,9 @@ bool System::panelOpen() const
 void System::setOptions(const Options& options)
 {
     Options& inForce = m_data->render.options;
+    m_data->render.resizeHistory(options.history);
     inForce = options;
+    inForce.history = m_data->render.history.capacity();
     // What isn't a number compares false.
     inForce.background = options.background > 0 ? std::min(options.background, 1.0f) : 0.0f;
     inForce.compareTolerance = options.compareTolerance > 0 ? options.compareTolerance : 0.0f;

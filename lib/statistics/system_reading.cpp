@@ -42,7 +42,8 @@ void System::forEachCounter(const std::function<void(const CounterReading&)>& vi
             visit(read(id, path, counter));
         });
     const std::string noPath;
-    m_data->forEachListedCounter([&](unsigned id, const Counter& counter) { visit(read(id, noPath, counter)); });
+    m_data->forEachListedCounter(
+        [&](unsigned id, const Counter& counter) { visit(read(id, noPath, counter)); });
 }
 
 std::uint64_t System::revision() const
@@ -54,6 +55,21 @@ std::string System::path(unsigned id) const
 {
     const Tree& tree = m_data->tree;
     return tree.contains(id) ? tree.path(id, m_data->render) : std::string();
+}
+
+CounterHistory System::history(unsigned id) const
+{
+    const Tree& tree = m_data->tree;
+    const Render& render = m_data->render;
+    if (!tree.contains(id) || render.itemType(tree.item(id)) != ItemType::Counter)
+        return {};
+    const unsigned slot = itemSlot(tree.item(id));
+    const Past past = render.history.past(slot);
+    CounterHistory history{render.counters[slot].period, {}};
+    history.samples.reserve(past.size());
+    for (std::size_t index = 0; index < past.size(); ++index)
+        history.samples.push_back(past[index]);
+    return history;
 }
 
 std::shared_ptr<const System::Data::CounterList> System::Data::listCounters()

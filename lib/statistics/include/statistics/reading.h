@@ -3,6 +3,7 @@
 #include <statistics/value.h>
 
 #include <string>
+#include <vector>
 
 namespace statistics {
 
@@ -15,6 +16,12 @@ struct CounterReading {
     const CounterValue* min; ///< null without limits
     const CounterValue* max; ///< null without limits
     bool outside;            ///< `value` is below `min` or above `max`
+};
+
+/// The past of one counter, as numbers.
+struct CounterHistory {
+    float period = 0;           ///< the counter's, the time between two samples
+    std::vector<float> samples; ///< oldest first; not a number where the counter gave a text or nothing
 };
 
 /// What became of a snapshot that the host asked for.

@@ -63,7 +63,8 @@ public:
     /// Shows or hides the panel; its close box hides it. Open at first.
     void setPanelOpen(bool open);
     bool panelOpen() const;
-    /// Turns on what the plain panel doesn't have, at any time. What is off costs nothing.
+    /// Turns on what the plain panel doesn't have, at any time. What is off costs nothing. Where memory
+    /// fails, `std::bad_alloc` leaves all as it was.
     void setOptions(const Options& options);
     /// As they are in force: values out of range are clamped.
     const Options& options() const;
@@ -123,6 +124,11 @@ public:
     /// Without `withPaths` every path is empty, and counters that come during the walk are left to the next
     /// one: twice as fast, for a caller that keeps the paths while the `revision` stays.
     void forEachCounter(const std::function<void(const CounterReading&)>& visit, bool withPaths = true) const;
+    /// The samples that are kept of a counter, oldest first; empty while `Options::history` is 0, before the
+    /// first sample, for what isn't a counter and for a stale id. Texts and `Empty` aren't kept: a counter
+    /// that has only given those has no past, and one that gave numbers before has gaps, which are NaN. What
+    /// takes the place of a removed counter begins anew. Runs no functors.
+    CounterHistory history(unsigned id) const;
     /// Another number whenever an item of the host's comes or goes; no number comes again in a process,
     /// whichever `System` it is. Reads no host data.
     std::uint64_t revision() const;

@@ -1,0 +1,156 @@
+// The past of counters as code reads it: which samples are kept, for how long, and for which counter.
+#include "support/counter_panel.h"
+
+#include <cmath>
+#include <cstddef>
+#include <deque>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using statistics::CounterHistory;
+using Samples = std::vector<float>;
+
+class History : public test::CounterPanel {
+protected:
+    static void keep(std::size_t samples)
+    {
+        statistics::Options options = system().options();
+        options.history = samples;
+        system().setOptions(options);
+    }
+
+    static Samples past(unsigned id) { return system().history(id).samples; }
+
+    unsigned addCount(const std::string& name)
+    {
+        return add(name, Counter([this] { return ++count; }));
+    }
+
+    int count = 0;
+};
+
+TEST_F(History, keepsTheNewestSamplesOldestFirstWhateverItsSizeBecomes)
+{
+    const unsigned id = add("Count", Counter([this] { return ++count; }), 0, 5);
+    sample();
+    EXPECT_EQ(past(id), Samples()); // nothing was turned on
+    keep(4);
+    EXPECT_EQ(past(id), Samples());
+    system().update(5, true);
+    system().update(1, true); // isn't due
+    system().updateNode(id);
+    EXPECT_EQ(past(id), (Samples{2, 3}));
+    EXPECT_EQ(system().history(id).period, 5);
+    for (int times = 0; times < 4; ++times)
+        system().updateNode(id);
+    EXPECT_EQ(past(id), (Samples{4, 5, 6, 7}));
+    keep(6);
+    system().updateNode(id);
+    EXPECT_EQ(past(id), (Samples{4, 5, 6, 7, 8}));
+    keep(2);
+    EXPECT_EQ(past(id), (Samples{7, 8}));
+    system().updateNode(id);
+    EXPECT_EQ(past(id), (Samples{8, 9}));
+    keep(0);
+    keep(2);
+    EXPECT_EQ(past(id), Samples());
+}
+
+TEST_F(History, isOfNumbersAndHasGapsWhereACounterGaveNone)
+{
+    CounterValue value = "text";
+    const unsigned id = add("Changing", Counter([&] { return value; }));
+    keep(10);
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const CounterValue& next : {CounterValue("text"), CounterValue(), CounterValue(-3), CounterValue(7u),
+                                     CounterValue("text"), CounterValue(), CounterValue(infinity)}) {
+        value = next;
+        sample();
+    }
+    const Samples samples = past(id);
+    ASSERT_EQ(samples.size(), 5u);
+    EXPECT_EQ(samples[0], -3);
+    EXPECT_EQ(samples[1], 7);
+    EXPECT_TRUE(std::isnan(samples[2]));
+    EXPECT_TRUE(std::isnan(samples[3]));
+    EXPECT_EQ(samples[4], infinity);
+}
+
+TEST_F(History, isOfTheCounterThatStandsThereNow)
+{
+    keep(3);
+    const unsigned label = system().createLabel("Label");
+    const unsigned first = addCount("First");
+    sample();
+    EXPECT_EQ(past(label), Samples());
+    EXPECT_EQ(past(statistics::INVALID_ID), Samples());
+    system().removeItem(first);
+    EXPECT_EQ(past(first), Samples());
+    const unsigned second = addCount("Second");
+    EXPECT_EQ(second, first);
+    EXPECT_EQ(past(second), Samples());
+    bool leaves = false;
+    unsigned self = add("Leaving", Counter([&] {
+                            if (leaves) {
+                                system().removeItem(self);
+                                leaves = false;
+                                self = addCount("Successor");
+                            }
+                            return 99;
+                        }));
+    sample();
+    EXPECT_EQ(past(self), Samples{99});
+    leaves = true;
+    system().updateNode(self);
+    EXPECT_EQ(past(self), Samples());
+}
+
+TEST_F(History, thatIsEndlessEndsAtItsBound)
+{
+    const unsigned id = addCount("Count");
+    for (const std::size_t samples : {std::size_t{1000000000}, std::numeric_limits<std::size_t>::max()}) {
+        keep(samples);
+        EXPECT_EQ(system().options().history, 100000u);
+        sample();
+    }
+    EXPECT_EQ(past(id), (Samples{1, 2}));
+}
+
+// Counters of three periods come and go while the size changes, against one list for each.
+TEST_F(History, keepsEveryCountersOwnSamples)
+{
+    std::mt19937 random(7);
+    const auto below = [&](unsigned end) { return random() % end; };
+    std::map<unsigned, std::deque<float>> expected;
+    std::size_t kept = 0;
+    for (int step = 0; step < 3000; ++step) {
+        if (below(4) == 0) {
+            const std::string name = std::to_string(below(70));
+            const unsigned id = system().getItemIndex(name);
+            if (id == statistics::INVALID_ID)
+                expected[addCount(name)];
+            else if (below(3) == 0) {
+                system().removeItem(id);
+                expected.erase(id);
+            }
+        }
+        if (below(40) == 0)
+            keep(kept = below(9));
+        for (auto& [id, samples] : expected) {
+            if (below(3) == 0) {
+                system().updateNode(id);
+                samples.push_back(static_cast<float>(count));
+            }
+            while (samples.size() > kept)
+                samples.pop_front();
+            ASSERT_EQ(past(id), Samples(samples.begin(), samples.end())) << step;
+        }
+    }
+}
+
+} // namespace
