@@ -1,5 +1,6 @@
 #include "app.h"
 
+#include "metrics.h"
 #include "user_folders.h"
 #include "watch.h"
 
@@ -34,6 +35,7 @@ App::App(const Options& options)
         m_particles.setCount(*options.particles);
     describe(options.procFolder);
     m_presets.create();
+    m_offerMetrics = offerMetrics(options);
 }
 
 void App::describe(const std::string& procFolder)
@@ -71,6 +73,8 @@ void App::work(bool hold)
     }
     const auto timer = m_clock.time(EStage::Sampling);
     System::instance()->update(dt, !m_settings.samplingPaused);
+    if (m_offerMetrics)
+        m_offerMetrics(dt);
 }
 
 void App::probe(float dt, bool hold)

@@ -17,6 +17,7 @@
 #include "thread_table.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -90,6 +91,7 @@ private:
     Presets m_presets;
     std::optional<Snapshots> m_snapshots;
     Pacer m_pacer;
+    std::function<void(float)> m_offerMetrics;
 };
 
 } // namespace demo

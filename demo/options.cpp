@@ -40,6 +40,11 @@ std::string isPeriod(const std::string& text)
     return problem.empty() && std::stod(text) < 1 ? "'" + text + "' is less than a second" : problem;
 }
 
+std::string isLabel(const std::string& text)
+{
+    return text.find('=') == std::string::npos ? "'" + text + "' isn't NAME=VALUE" : "";
+}
+
 std::string isNotEmpty(const std::string& text)
 {
     return text.empty() ? "it is empty" : "";
@@ -78,6 +83,13 @@ void describe(CLI::App& parser, Options& options)
          "mounted");
     parser.add_option("--frames", options.frames, "Quit after so many frames")->type_name("N");
     time("--seconds", options.seconds, "Quit after this time; neither bounds --check");
+    text("--metrics", options.metrics, "[ADDRESS:]PORT",
+         "Offer every counter to Prometheus there; without an address on this machine alone");
+    parser.add_option("--label", options.labels, "Put a label on all metrics; may be given several times")
+        ->type_name("NAME=VALUE")
+        ->check(isLabel)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->expected(1);
     text("--screen", options.screenFile, "FILE",
          "Keep a list of the texts on the screen and their places there, for scripts that click");
 }

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace demo {
 
@@ -17,6 +18,8 @@ struct Options {
     std::string configFolder;         ///< presets; empty: the user's
     std::string stateFolder;          ///< snapshots, comparisons, layout; empty: the user's
     std::string procFolder = "/proc"; ///< where the kernel tells of the machine and its processes
+    std::string metrics;              ///< [address:]port for Prometheus; empty: none
+    std::vector<std::string> labels;  ///< NAME=VALUE, on all metrics
     std::string screenFile;           ///< where to tell what stands where on the screen; empty: nowhere
 };
 

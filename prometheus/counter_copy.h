@@ -14,6 +14,7 @@ namespace statistics::prometheus_export {
 class Number {
 public:
     Number() = default;
+    explicit Number(int value) : m_int(value), m_kind(EKind::Int) {}
     explicit Number(const CounterValue& value);
 
     explicit operator bool() const { return m_kind != EKind::None; }

@@ -13,25 +13,25 @@ namespace statistics::prometheus_export {
 
 namespace {
 
-/// The lines of one family, which stand together on the page.
-struct Family {
-    Family(std::string familyName, const char* help) : name(std::move(familyName))
-    {
-        lines = "# HELP " + name + " " + help + "\n# TYPE " + name + " gauge\n";
-    }
+using Sample = CounterCopy::Sample;
 
-    void add(const std::string& labels, const Number& value)
-    {
-        if (!value)
-            return;
-        lines.append(name).append(labels).append("} ");
-        value.print(lines);
-        lines += '\n';
-    }
+void appendHead(std::string& page, const char* family, const char* help)
+{
+    page.append("# HELP ").append(family).append(" ").append(help);
+    page.append("\n# TYPE ").append(family).append(" gauge\n");
+}
 
-    std::string name;
-    std::string lines;
-};
+void appendSample(std::string& page, const char* family, const std::string& labels, Number value)
+{
+    page.append(family).append(labels).append("} ");
+    value.print(page);
+    page += '\n';
+}
+
+Number outsideLimits(const Sample& sample)
+{
+    return sample.hasLimits ? Number(sample.outside ? 1 : 0) : Number();
+}
 
 Labels repairedValues(Labels labels)
 {
@@ -51,14 +51,6 @@ prometheus::MetricFamily gauge(const char* name, const char* help, const Labels&
 
 } // namespace
 
-struct PageWriter::Families {
-    Family value{"statistics_value", "The value of the counter at this path, in the unit of the host."};
-    Family lower{"statistics_lower_limit", "The lowest value that the counter should have."};
-    Family upper{"statistics_upper_limit", "The highest value that the counter should have."};
-    Family outside{"statistics_outside_limits", "1 while the counter is outside its limits, 0 within them."};
-    Family text{"statistics_text_info", "1, with the text that the counter at this path shows."};
-};
-
 PageWriter::PageWriter(Labels labels, std::vector<std::string> include, std::vector<std::string> exclude)
     : m_labels(repairedValues(std::move(labels))),
       m_include(std::move(include)),
@@ -72,36 +64,50 @@ Page PageWriter::write(const CounterCopy& copy)
         writeLabels(*copy.names);
         m_names = copy.names;
     }
-    Families families;
-    Page page{copy.number, copy.taken, copy.cost, 0, {}};
-    for (const CounterCopy::Sample& sample : copy.samples) {
-        if (m_labelTexts[sample.name].empty())
-            continue;
-        ++page.counters;
-        writeSample(families, copy, sample);
-    }
-    auto samples = std::make_shared<std::string>(std::move(families.value.lines));
-    for (const Family* family : {&families.lower, &families.upper, &families.outside, &families.text})
-        samples->append(family->lines);
-    page.samples = std::move(samples);
-    return page;
+    auto samples = std::make_shared<std::string>();
+    samples->reserve(m_pageSize);
+    writeNumbers(*samples, copy);
+    writeTexts(*samples, copy);
+    m_pageSize = samples->size() + samples->size() / 16; // numbers change their lengths
+    const auto counters = std::count_if(copy.samples.begin(), copy.samples.end(),
+                                        [this](const Sample& sample) { return isOffered(sample); });
+    return {copy.number, copy.taken, copy.cost, static_cast<std::size_t>(counters), std::move(samples)};
 }
 
-void PageWriter::writeSample(Families& families, const CounterCopy& copy,
-                             const CounterCopy::Sample& sample) const
+void PageWriter::writeNumbers(std::string& page, const CounterCopy& copy) const
 {
-    const std::string& labels = m_labelTexts[sample.name];
-    families.value.add(labels, sample.value);
-    if (sample.hasLimits) {
-        families.lower.add(labels, sample.lower);
-        families.upper.add(labels, sample.upper);
-        families.outside.add(labels, Number(CounterValue(sample.outside ? 1 : 0)));
+    const auto write = [&](const char* family, const char* help, const auto& numberOf) {
+        appendHead(page, family, help);
+        for (const Sample& sample : copy.samples)
+            if (const Number number = numberOf(sample); number && isOffered(sample))
+                appendSample(page, family, m_labelTexts[sample.name], number);
+    };
+    write("statistics_value", "The value of the counter at this path, in the unit of the host.",
+          [](const Sample& sample) { return sample.value; });
+    write("statistics_lower_limit", "The lowest value that the counter should have.",
+          [](const Sample& sample) { return sample.lower; });
+    write("statistics_upper_limit", "The highest value that the counter should have.",
+          [](const Sample& sample) { return sample.upper; });
+    write("statistics_outside_limits", "1 while the counter is outside its limits, 0 within them.",
+          outsideLimits);
+}
+
+void PageWriter::writeTexts(std::string& page, const CounterCopy& copy) const
+{
+    constexpr const char* family = "statistics_text_info";
+    appendHead(page, family, "1, with the text that the counter at this path shows.");
+    for (const Sample& sample : copy.samples) {
+        if (!sample.isText || !isOffered(sample))
+            continue;
+        std::string labels = m_labelTexts[sample.name] + ',';
+        appendLabel(labels, "text", repaired(copy.texts[sample.text]));
+        appendSample(page, family, labels, Number(1));
     }
-    if (sample.isText) {
-        std::string withText = labels + ',';
-        appendLabel(withText, "text", repaired(copy.texts[sample.text]));
-        families.text.add(withText, Number(CounterValue(1)));
-    }
+}
+
+bool PageWriter::isOffered(const Sample& sample) const
+{
+    return !m_labelTexts[sample.name].empty();
 }
 
 /// Paths that are the same, or became so, are counted through: a server drops all but one sample with the
@@ -117,7 +123,7 @@ void PageWriter::writeLabels(const Names& names)
     m_labelTexts.assign(names.size(), {});
     std::unordered_map<std::string, unsigned> seen;
     for (std::size_t index = 0; index < names.size(); ++index) {
-        if (!isOffered(names[index].path))
+        if (!isChosen(names[index].path))
             continue;
         std::string path = repaired(names[index].path);
         std::string& text = m_labelTexts[index] = constant;
@@ -127,7 +133,7 @@ void PageWriter::writeLabels(const Names& names)
     }
 }
 
-bool PageWriter::isOffered(const std::string& path) const
+bool PageWriter::isChosen(const std::string& path) const
 {
     const auto fits = [&](const std::string& pattern) { return matches(pattern, path); };
     return (m_include.empty() || std::any_of(m_include.begin(), m_include.end(), fits)) &&

@@ -36,17 +36,18 @@ public:
     std::string describe(const Page& page) const;
 
 private:
-    struct Families;
-
     void writeLabels(const Names& names);
-    bool isOffered(const std::string& path) const;
-    void writeSample(Families& families, const CounterCopy& copy, const CounterCopy::Sample& sample) const;
+    bool isChosen(const std::string& path) const;
+    bool isOffered(const CounterCopy::Sample& sample) const;
+    void writeNumbers(std::string& page, const CounterCopy& copy) const;
+    void writeTexts(std::string& page, const CounterCopy& copy) const;
 
     const Labels m_labels; ///< as UTF-8
     const std::vector<std::string> m_include;
     const std::vector<std::string> m_exclude;
-    std::shared_ptr<const Names> m_names; ///< that the labels below belong to
+    std::shared_ptr<const Names> m_names;  ///< that the labels below belong to
     std::vector<std::string> m_labelTexts; ///< by name, without the closing brace; empty if it isn't offered
+    std::size_t m_pageSize = 0;            ///< bytes that the next page probably has
 };
 
 } // namespace statistics::prometheus_export

@@ -43,7 +43,8 @@ Address parseAddress(const std::string& text)
                     colon == std::string::npos ? text : text.substr(colon + 1)};
     const bool isPort = !address.port.empty() && address.port.size() <= 5 &&
                         address.port.find_first_not_of("0123456789") == std::string::npos;
-    if (!isPort || std::stoul(address.port) > 65535 || address.host.find_first_of(", :+") != std::string::npos)
+    if (!isPort || std::stoul(address.port) > 65535 ||
+        address.host.find_first_of(", :+") != std::string::npos)
         throw std::invalid_argument("\"" + text + "\" is no address of the form host:port, IPv4 or a name");
     if (address.host.empty())
         address.host = kLoopback;
@@ -87,7 +88,8 @@ bool send(mg_connection* connection, std::string_view text, Clock::time_point en
 {
     while (!text.empty()) {
         const std::string_view chunk = text.substr(0, kChunk);
-        if (Clock::now() > end || mg_write(connection, chunk.data(), chunk.size()) < static_cast<int>(chunk.size()))
+        if (Clock::now() > end ||
+            mg_write(connection, chunk.data(), chunk.size()) < static_cast<int>(chunk.size()))
             return false;
         text.remove_prefix(chunk.size());
     }

@@ -70,8 +70,8 @@ struct System::Data {
                 visit(id, path, *counter);
         });
     }
-    /// Calls `visit(id, counter)` for every counter that there is now, in tree order, from a list that is made
-    /// anew only when the tree has changed. One that is removed meanwhile is left out, a new one too.
+    /// Calls `visit(id, counter)` for every counter that there is now, in tree order, from a list that is
+    /// made anew only when the tree has changed. One that is removed meanwhile is left out, a new one too.
     template<typename Visit>
     void forEachListedCounter(const Visit& visit)
     {

@@ -25,6 +25,8 @@ AIMS = {  # ratio to the hand-written equivalent that each row is meant to stay 
     "remove all, one parent": 3,
     "find a path of three names": 3,
     "collect warnings": 2,
+    "metrics, publish": 1.5,
+    "metrics, publish with limits": 1.5,
 }
 
 WITHOUT_AIM = ["choose a preset", "draw, counters out of view", "remove one by one from one parent"]
@@ -33,21 +35,26 @@ UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def read_rows(folder):
-    """{row: {size: {"ours": ns, "hand": ns}}} of median processor times, and the bytes per counter."""
+    """{row: {size: {"ours": ns, "hand": ns}}} of median processor times, the bytes per counter, {name: ns} of what has no
+    equivalent, and the machine."""
     with open(os.path.join(folder, "times.json"), encoding="utf-8") as file:
         report = json.load(file)
-    rows, memory = {}, None
+    rows, memory, alone = {}, None, {}
     for run in report["benchmarks"]:
         name, _, rest = run["run_name"].partition("/")
         if "bytes" in run and run.get("aggregate_name") == "median":
             memory = run["bytes"]
-        if run.get("aggregate_name") != "median" or not rest:
+        if run.get("aggregate_name") != "median":
+            continue
+        if name.startswith("metrics, "):
+            alone[name] = run["cpu_time"] * UNITS[run["time_unit"]]
+        if not rest:
             continue
         side, _, size = rest.partition("/")
         if side in ("ours", "hand"):
             size = size.split("/")[0]
             rows.setdefault(name, {}).setdefault(size, {})[side] = run["cpu_time"] * UNITS[run["time_unit"]]
-    return rows, memory, report["context"]
+    return rows, memory, alone, report["context"]
 
 
 def show_time(nanoseconds):
@@ -67,6 +74,17 @@ def print_rows(rows):
             aim = AIMS.get(name, "") if size == in_order[-1][0] else ""
             size = f"{int(size):,}" if size else ""
             print(f"| {name} | {size} | {show_time(ours)} | {show_time(hand)} | {ours / hand:.2f} | {aim} |")
+
+
+def print_metrics(alone):
+    """What offering counters to Prometheus costs, where that was built."""
+    if "metrics, no copy due" not in alone:
+        return
+    print(f"| metrics: a frame without a copy due | {alone['metrics, no copy due']:.1f} ns | 50 ns |")
+    for what in ("", " with limits"):
+        share = alone["metrics, copy and scrape" + what] / 1e9
+        print(f"| metrics: 10,000 counters{what} copied and scraped each second, the reading client included | "
+              f"{share:.2%} of a core | 1 % |")
 
 
 def hidden_cost(rows):
@@ -106,7 +124,7 @@ def check_complete(rows, memory):
 
 
 def main(folder):
-    rows, memory, context = read_rows(folder)
+    rows, memory, alone, context = read_rows(folder)
     check_complete(rows, memory)
     compiled = [float(seconds) for seconds in read_numbers(folder, "compile.txt")[0]]
     stripped = os.path.getsize(os.path.join(folder, "stripped.so"))
@@ -121,6 +139,7 @@ def main(folder):
     print(f"| memory per counter, name and functor apart | {memory:.0f} bytes | 400 bytes |")
     print(f"| the stripped library | {stripped / 1024:.0f} KiB | 250 KiB |")
     print(f"| compiling `statistics.h`, against its standard headers alone | {compiled[0] / compiled[1]:.2f} | 1.3 |")
+    print_metrics(alone)
     print("| allocations in a steady frame, update and draw (held by a test) | 0 | 0 |")
     print(WHERE_LIMITS_LIE, end="")
     print("\n## Instructions\n")

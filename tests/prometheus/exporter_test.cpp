@@ -51,16 +51,20 @@ protected:
 
     static unsigned add(const std::string& name, Counter::Getter getter, unsigned parent = 0)
     {
-        return System::instance()->createCounter(name, std::make_unique<Counter>(std::move(getter)), 1, parent);
+        return System::instance()->createCounter(name, std::make_unique<Counter>(std::move(getter)), 1,
+                                                 parent);
     }
     static unsigned add(const std::string& name, CounterValue value, unsigned parent = 0)
     {
-        return add(name, [value] { return value; }, parent);
+        return add(
+            name, [value] { return value; }, parent);
     }
     static void addLimited(const std::string& name, CounterValue value, CounterValue min, CounterValue max)
     {
-        System::instance()->createCounter(
-            name, std::make_unique<Counter>(min, max, [value] { return value; }, "", ""), 1);
+        System::instance()->createCounter(name,
+                                          std::make_unique<Counter>(
+                                              min, max, [value] { return value; }, "", ""),
+                                          1);
     }
 
     static PrometheusOptions anyPort(PrometheusOptions options = {})
@@ -103,9 +107,9 @@ TEST_F(Exporter, offersValuesLimitsAndTextsOfEveryCounter)
     const std::string page = test::scrape(exporter.port());
     EXPECT_THAT(samplesOf(page, "statistics_lower_limit"),
                 ElementsAre("{host=\"sim-3\",path=\"Count\"} 0", "{host=\"sim-3\",path=\"Unsigned\"} 0"));
-    EXPECT_THAT(samplesOf(page, "statistics_upper_limit"),
-                ElementsAre("{host=\"sim-3\",path=\"Count\"} 10",
-                            "{host=\"sim-3\",path=\"Unsigned\"} 4294967295"));
+    EXPECT_THAT(
+        samplesOf(page, "statistics_upper_limit"),
+        ElementsAre("{host=\"sim-3\",path=\"Count\"} 10", "{host=\"sim-3\",path=\"Unsigned\"} 4294967295"));
     EXPECT_THAT(samplesOf(page, "statistics_outside_limits"),
                 ElementsAre("{host=\"sim-3\",path=\"Count\"} 1", "{host=\"sim-3\",path=\"Unsigned\"} 0"));
     EXPECT_THAT(samplesOf(page, "statistics_text_info"),
@@ -128,7 +132,8 @@ TEST_F(Exporter, spellsWhatIsNoOrdinaryNumberAsTheFormatDoes)
 
 TEST_F(Exporter, makesUtf8OfEveryPathAndTellsApartThoseThatBecomeTheSame)
 {
-    for (const char* name : {"\x80", "\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "é€😀", "\xE2\x82"})
+    for (const char* name :
+         {"\x80", "\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "é€😀", "\xE2\x82"})
         add(name, 1);
     add(std::string("\0", 1), 1);
     add("b", 1, add("a", 1));
@@ -171,7 +176,8 @@ TEST_F(Exporter, readsOnceInAPeriodOnTheThreadThatUpdates)
     EXPECT_EQ(reads, 1);
     exporter.update(0.25f);
     for (int scrapes = 0; scrapes < 3; ++scrapes)
-        EXPECT_THAT(samplesOf(test::scrape(exporter.port()), "statistics_value"), ElementsAre("{path=\"Reads\"} 2"));
+        EXPECT_THAT(samplesOf(test::scrape(exporter.port()), "statistics_value"),
+                    ElementsAre("{path=\"Reads\"} 2"));
     EXPECT_EQ(reads, 2);
 }
 
@@ -260,8 +266,8 @@ TEST_F(Exporter, refusesAddressesPathsAndLabelsThatCannotBeUsed)
     EXPECT_THAT(failure(taken), AllOf(HasSubstr(taken), HasSubstr("in use")));
     EXPECT_THAT(failure(std::to_string(first.port())), HasSubstr(taken));
     EXPECT_THAT(failure("192.0.2.1:9464"), AllOf(HasSubstr("192.0.2.1:9464"), HasSubstr("assign")));
-    for (const char* address : {"", "x", "127.0.0.1:", "127.0.0.1:99999", "127.0.0.1:1,127.0.0.1:2", "1:80s", "+80",
-                                "[::1]:80", "no.such.host.invalid:80"})
+    for (const char* address : {"", "x", "127.0.0.1:", "127.0.0.1:99999", "127.0.0.1:1,127.0.0.1:2", "1:80s",
+                                "+80", "[::1]:80", "no.such.host.invalid:80"})
         EXPECT_THAT(failure(address), HasSubstr(address)) << address;
 
     for (const char* name : {"path", "text", "duplicate", "", "1a", "a-b", "__name__", "é"}) {

@@ -20,8 +20,8 @@ using statistics::Counter;
 using statistics::CounterValue;
 using statistics::System;
 
-constexpr float kFrame = 0.05f;        // seconds
-constexpr int kFrames = 20 * 60;       // a minute
+constexpr float kFrame = 0.05f;         // seconds
+constexpr int kFrames = 20 * 60;        // a minute
 constexpr float kSlowest = 1000.f / 60; // milliseconds
 
 volatile std::sig_atomic_t removalWanted = 0;
@@ -67,11 +67,14 @@ void addCounters(const Settings& settings, const float& milliseconds, const int&
     system.createCounter("Number", std::make_unique<Counter>([&] { return CounterValue(frame); }), 1, frames);
     const unsigned jobs = system.createLabel("Jobs");
     system.createCounter("Temporary", std::make_unique<Counter>([] { return CounterValue(1); }), 1, jobs);
-    system.createCounter(
-        "State", std::make_unique<Counter>([] { return CounterValue(std::string("up \"and\" running\\\n")); }), 1, jobs);
+    system.createCounter("State", std::make_unique<Counter>([] {
+                             return CounterValue(std::string("up \"and\" running\\\n"));
+                         }),
+                         1, jobs);
     for (int index = 0; index < settings.counters; ++index)
-        addLimited("Counter " + std::to_string(index), jobs,
-                   [&, index] { return CounterValue(milliseconds + static_cast<float>(frame % (index + 1))); });
+        addLimited("Counter " + std::to_string(index), jobs, [&, index] {
+            return CounterValue(milliseconds + static_cast<float>(frame % (index + 1)));
+        });
 }
 
 } // namespace
