@@ -90,7 +90,8 @@ public:
     std::size_t diffColumnCount = NO_INDEX; ///< snapshot columns when the comparison was last drawn
     bool diffWidthsPending = true;
     bool windowOpen = true;
-    ChangeLog lineChanges; ///< slots of counters whose texts may take other room than before
+    bool opensAtFirst = false; ///< the node that is drawn next is open until the user closes it
+    ChangeLog lineChanges;     ///< slots of counters whose texts may take other room than before
     Options options;
     History history; ///< of `counters`
 

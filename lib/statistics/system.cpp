@@ -103,6 +103,16 @@ const Options& System::options() const
     return m_data->render.options;
 }
 
+void System::setFilter(const std::string& text)
+{
+    m_data->filter.set(text);
+}
+
+const std::string& System::filter() const
+{
+    return m_data->filter.text();
+}
+
 void System::updateNode(unsigned id)
 {
     m_data->tree.updateNode(id, m_data->render);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "filter.h"
 #include "groups.h"
 #include "path.h"
 #include "render.h"
@@ -84,6 +85,8 @@ struct System::Data {
     /// True if the node still shows this counter.
     bool holds(unsigned id, const Counter& counter);
 
+    /// Draws the tree, inside an ImGui frame.
+    void drawItems();
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
 
@@ -100,6 +103,7 @@ struct System::Data {
 
     Tree tree;
     Render render;
+    Filter filter;                                  ///< of the tree
     std::shared_ptr<const CounterList> counterList; ///< derived from the tree when first needed
     PresetGroup presetGroup;
     SnapshotGroup snapshotGroup;

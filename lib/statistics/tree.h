@@ -16,6 +16,7 @@
 
 namespace statistics {
 
+class Filter;
 class TreeLines; // the panel's memory of what it has drawn
 
 /// The hierarchy of the panel. A node knows its place and the item that it shows; what an item is, how it
@@ -52,8 +53,9 @@ public:
     /// Empties a child list. The children stay where they are, reached by nothing.
     void clearChildren(unsigned id);
 
-    /// Inside an ImGui frame. Runs host functors: what the user presses acts at once.
-    void draw(Render& render);
+    /// Inside an ImGui frame. Runs host functors: what the user presses acts at once. Null for a tree that is
+    /// shown whole.
+    void draw(Render& render, const Filter* filter = nullptr);
     /// Samples the item of a node now, which runs host functors. A stale id does nothing.
     void updateNode(unsigned id, Render& render);
     /// Calls `visit` with the item of every node but the root, and with its parent's item: parents first.

@@ -12,6 +12,8 @@ AIMS = {  # ratio to the hand-written equivalent that each row is meant to stay 
     "draw, collapsed": 1.2,
     "draw, counters in view": 1.15,
     "draw, counters with bars in view": 1.15,
+    "filter, key press": 2,
+    "filter, steady frame": 1.5,
     "table, draw": 1.3,
     "table, refresh": 1.15,
     "table, sort": 1.2,

@@ -59,11 +59,11 @@ void drawLimitedValue(const ItemCounter& item)
     widgets::text(item.maxText);
 }
 
-bool drawCaption(const std::string& name, bool hasChildren)
+bool drawCaption(const std::string& name, bool hasChildren, bool opensAtFirst)
 {
     const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
     if (hasChildren)
-        return widgets::treeNode(name);
+        return widgets::treeNode(name, opensAtFirst);
     widgets::text(name);
     return false;
 }
@@ -72,13 +72,13 @@ bool drawCaption(const std::string& name, bool hasChildren)
 
 bool Render::drawLabel(unsigned slot, bool hasChildren)
 {
-    return drawCaption(labels[slot], hasChildren);
+    return drawCaption(labels[slot], hasChildren, opensAtFirst);
 }
 
 bool Render::drawCounter(unsigned slot, bool hasChildren)
 {
     const ItemCounter& item = counters[slot];
-    const bool open = drawCaption(item.name, hasChildren);
+    const bool open = drawCaption(item.name, hasChildren, opensAtFirst);
     widgets::sameLineFrom(layout::kValueColumn);
     if (item.counter->hasLimits)
         drawLimitedValue(item);

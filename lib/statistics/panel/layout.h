@@ -14,6 +14,7 @@ constexpr float kWidth = 850.0f;       ///< of a table and of the comparison, al
 constexpr float kPanelHeight = 600.0f; ///< at the panel's very first appearance
 constexpr float kValueColumn = 215.0f; ///< from the left of the window, at any depth
 constexpr float kBarWidth = 275.0f;
+constexpr float kFilterWidth = 275.0f; ///< of the field on top of the panel
 
 constexpr float kHeaderHeight = 20.0f;
 constexpr float kHeaderGap = 12.0f; ///< between neighbouring header buttons

@@ -60,6 +60,14 @@ void SnapshotGroup::draw(Render& render)
     tree.draw(render);
 }
 
+/// The functors behind what was drawn before may have changed the tree or the filter.
+void System::Data::drawItems()
+{
+    const widgets::IdScope scope("items");
+    filter.refresh(tree, render);
+    tree.draw(render, filter.isOn() ? &filter : nullptr);
+}
+
 void System::draw()
 {
     if (!Data::isOutsideFunctors())
@@ -72,9 +80,11 @@ void System::draw()
     const WindowScope window(render);
     if (!window.visible)
         return;
+    if (render.options.filter)
+        m_data->filter.drawLine(m_data->tree, render);
     if (!limitPresets.empty())
         drawTree(m_data->presetGroup.tree, render, "presets");
-    drawTree(m_data->tree, render, "items");
+    m_data->drawItems();
     if (m_data->statsAnalyzer)
         drawTree(m_data->snapshotGroup, render, "snapshots");
 }

@@ -32,7 +32,26 @@ private:
     Render& m_render;
 };
 
-void Tree::draw(Render& render)
+namespace {
+
+/// Lets ImGui keep elsewhere for a time which nodes are open.
+class [[nodiscard]] StateScope {
+public:
+    explicit StateScope(ImGuiStorage* states) : m_before(ImGui::GetStateStorage())
+    {
+        ImGui::SetStateStorage(states);
+    }
+    ~StateScope() { ImGui::SetStateStorage(m_before); }
+    StateScope(const StateScope&) = delete;
+    StateScope& operator=(const StateScope&) = delete;
+
+private:
+    ImGuiStorage* m_before;
+};
+
+} // namespace
+
+void Tree::draw(Render& render, const Filter* filter)
 {
     const Orv::StackScope scope("statistics::Tree::draw", __FILE__, __LINE__);
     const CallScope call;
@@ -42,20 +61,21 @@ void Tree::draw(Render& render)
         m_derived.lines = std::make_shared<TreeLines>();
     // Held: a functor may replace the tree.
     const std::shared_ptr<TreeLines> lines = m_derived.lines;
-    lines->begin(*this, render);
+    const StateScope states(lines->begin(*this, render, filter));
     drawNode(render, *lines, m_nodes.begin());
 }
 
 /// True if all that was drawn takes the same room until a change is noted.
 bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
 {
-    if (lines.skip(id))
+    if (!lines.shows(id) || lines.skip(id))
         return true;
     const unsigned item = m_nodes[id].item;
     const bool hasChildren = !m_nodes[id].children.empty();
+    render.opensAtFirst = lines.opensAtFirst(id);
     const ExtentMeasure measure;
     bool steady = isPlainLine(render.itemType(item));
-    if (render.drawItem(item, m_nodes[id].depth, hasChildren)) {
+    if (render.drawItem(item, m_nodes[id].depth, hasChildren && lines.showsBelow(id))) {
         const LevelScope level(render);
         steady = drawChildren(render, lines, id) && steady;
     }

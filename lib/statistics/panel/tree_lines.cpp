@@ -6,6 +6,7 @@
 #include <imgui_internal.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace statistics {
 
@@ -25,6 +26,14 @@ std::size_t sumOf(const ImGuiStorage& storage)
     for (const auto& state : storage.Data)
         sum += std::size_t{state.key} * (state.val_i == 0 ? 1 : 3);
     return sum;
+}
+
+void copyOpen(const ImGuiStorage& from, ImGuiStorage& to)
+{
+    to.Data.resize(0);
+    for (const auto& state : from.Data)
+        if (state.val_i != 0)
+            to.Data.push_back(state);
 }
 
 bool isLogging()
@@ -99,8 +108,9 @@ TreeLines::Metrics TreeLines::presentMetrics()
             style.WindowPadding,      style.FramePadding, style.ItemSpacing,    style.ItemInnerSpacing};
 }
 
-void TreeLines::begin(Tree& tree, Render& render)
+ImGuiStorage* TreeLines::begin(Tree& tree, Render& render, const Filter* filter)
 {
+    m_filter = filter;
     tree.changes().open();
     render.lineChanges.open();
     useLook(presentMetrics());
@@ -108,12 +118,36 @@ void TreeLines::begin(Tree& tree, Render& render)
     look.nodes.resize(tree.m_nodes.size());
     m_counterNodes.resize(render.counters.size(), INVALID_ID);
     forgetChanges(tree, render);
+    ImGuiStorage* states = useStates();
+    noteOpenNodes(*states);
+    noteView();
+    return states;
+}
+
+/// Each text of the filter begins with what the user has open now. Nodes that are closed aren't kept apart
+/// from those that were never opened, so that what leads to a match is open.
+ImGuiStorage* TreeLines::useStates()
+{
+    Look& look = m_looks.front();
+    if (!m_filter)
+        return look.metrics.openNodes;
+    if (!look.filteredNodes)
+        look.filteredNodes = std::make_unique<ImGuiStorage>();
+    if (std::exchange(look.filterEdition, m_filter->edition()) != m_filter->edition())
+        copyOpen(*look.metrics.openNodes, *look.filteredNodes);
+    return look.filteredNodes.get();
+}
+
+void TreeLines::noteOpenNodes(const ImGuiStorage& states)
+{
+    Look& look = m_looks.front();
     // While it logs, ImGui shows nodes as open that aren't.
-    const std::size_t openNodes = sumOf(*look.metrics.openNodes) + std::size_t{isLogging()};
-    if (look.openNodes != openNodes)
+    const std::size_t openNodes = sumOf(states) + std::size_t{isLogging()};
+    const std::uint64_t version = m_filter ? m_filter->version() : 0;
+    if (look.openNodes != openNodes || look.filterVersion != version)
         forgetBranches();
     look.openNodes = openNodes;
-    noteView();
+    look.filterVersion = version;
 }
 
 void TreeLines::useLook(const Metrics& metrics)
@@ -183,6 +217,12 @@ void TreeLines::forgetBranches()
     look.blocks.clear();
 }
 
+/// Of lines that the filter leaves out all.
+bool TreeLines::isEmpty(const Extent& extent)
+{
+    return extent.width == 0.0f && extent.height == 0.0f;
+}
+
 bool TreeLines::isHidden(const Extent& extent, float offset) const
 {
     const float top = m_window->DC.CursorPos.y + offset;
@@ -221,7 +261,7 @@ std::size_t TreeLines::skipBlocks(unsigned parent, std::size_t position)
     Extent skipped;
     for (std::size_t block = position / kBlock; block < blocks.size(); ++block, position += kBlock) {
         const Extent& next = blocks[block];
-        if (!next.known || !isHidden(next, skipped.height))
+        if (!next.known || !(isEmpty(next) || isHidden(next, skipped.height)))
             break;
         skipped.width = std::max(skipped.width, next.width);
         skipped.height += next.height;

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "change_log.h"
+#include "filter.h"
 
 #include <imgui.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -52,7 +55,14 @@ public:
     static constexpr std::size_t kBlock = 64; ///< siblings
 
     /// Takes the look of the present window, and forgets what has changed since the last draw in it.
-    void begin(Tree& tree, Render& render);
+    /// Null for a tree that is shown whole. Gives what keeps which nodes are open: for a filter something of
+    /// its own, so that what the user does meanwhile goes with it.
+    ImGuiStorage* begin(Tree& tree, Render& render, const Filter* filter);
+
+    // What the filter leaves, until the next `begin`.
+    bool shows(unsigned node) const { return !m_filter || m_filter->shows(node); }
+    bool showsBelow(unsigned node) const { return !m_filter || m_filter->leads(node); }
+    bool opensAtFirst(unsigned node) const { return m_filter && !m_filter->matches(node); }
 
     /// Moves on past the node and all that shows below it if it lies out of view.
     bool skip(unsigned node);
@@ -69,7 +79,7 @@ private:
     struct Metrics {
         bool operator==(const Metrics& other) const;
 
-        const ImGuiStorage* openNodes;
+        ImGuiStorage* openNodes;
         const ImFont* font;
         float fontSize, indent;
         ImVec2 windowPadding, framePadding, itemSpacing, innerSpacing;
@@ -77,7 +87,10 @@ private:
 
     struct Look {
         Metrics metrics{};
-        std::size_t openNodes = 0; ///< a sum over the states of ImGui's tree nodes
+        std::size_t openNodes = 0;                   ///< a sum over the states of ImGui's tree nodes
+        std::uint64_t filterVersion = 0;             ///< of what was shown; 0 is the whole tree
+        std::uint64_t filterEdition = 0;             ///< that `filteredNodes` belong to
+        std::unique_ptr<ImGuiStorage> filteredNodes; ///< which nodes are open; null until the first filter
         ChangeLog::Position nodesRead = 0;
         ChangeLog::Position countersRead = 0;
         std::vector<Extent> nodes;
@@ -87,15 +100,19 @@ private:
     static Metrics presentMetrics();
 
     void useLook(const Metrics& metrics);
+    ImGuiStorage* useStates();
+    void noteOpenNodes(const ImGuiStorage& states);
     void noteView();
     void forgetChanges(const Tree& tree, const Render& render);
     void forget(const Tree& tree, unsigned node);
     void forgetBranches();
+    static bool isEmpty(const Extent& extent);
     bool isHidden(const Extent& extent, float offset) const;
     void moveOn(const Extent& extent) const;
 
     std::vector<Look> m_looks;            ///< the one in use first
     std::vector<unsigned> m_counterNodes; ///< by slot
+    const Filter* m_filter = nullptr;     ///< null where everything is shown
     ImGuiWindow* m_window = nullptr;      ///< while the tree is drawn
     float m_viewTop = 0.0f;
     float m_viewBottom = 0.0f;

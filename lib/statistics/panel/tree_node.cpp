@@ -11,11 +11,12 @@ ImGuiID treeNodeId(ImGuiID parent, const std::string& name)
     return ImHashData(name.data(), name.size(), ImHashStr("node", 0, parent));
 }
 
-bool treeNode(const std::string& name)
+bool treeNode(const std::string& name, bool opensAtFirst)
 {
     const ImGuiID id = treeNodeId(ImGui::GetCurrentWindow()->IDStack.back(), name);
     ImGui::KeepAliveID(id); // as ImGui does for the ids that it makes itself
-    return ImGui::TreeNodeBehavior(id, 0, name.data(), name.data() + name.size());
+    const ImGuiTreeNodeFlags flags = opensAtFirst ? ImGuiTreeNodeFlags_DefaultOpen : 0;
+    return ImGui::TreeNodeBehavior(id, flags, name.data(), name.data() + name.size());
 }
 
 } // namespace statistics::widgets

@@ -252,6 +252,41 @@ bool checkBox(const std::string& caption, bool* value)
     return changed;
 }
 
+namespace {
+
+int resizeText(ImGuiInputTextCallbackData* data)
+{
+    if (data->EventFlag != ImGuiInputTextFlags_CallbackResize)
+        return 0;
+    std::string& text = *static_cast<std::string*>(data->UserData);
+    text.resize(static_cast<std::size_t>(data->BufTextLen));
+    data->Buf = text.data();
+    return 0;
+}
+
+} // namespace
+
+bool textField(const char* id, const char* hint, std::string& text)
+{
+    return ImGui::InputTextWithHint(id, hint, text.data(), text.capacity() + 1,
+                                    ImGuiInputTextFlags_CallbackResize, resizeText, &text);
+}
+
+void leaveTextField(const char* id)
+{
+    if (ImGui::GetActiveID() == ImGui::GetID(id))
+        ImGui::ClearActiveID();
+}
+
+bool isEscapePressed()
+{
+#if IMGUI_VERSION_NUM >= 18700
+    return ImGui::IsKeyPressed(ImGuiKey_Escape, false);
+#else
+    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Escape), false);
+#endif
+}
+
 bool menuItem(const std::string& caption)
 {
     // ImGui 1.86 gives each entry one line.

@@ -96,6 +96,11 @@ void sameLineFrom(float column);
 
 void text(const std::string& text);
 bool checkBox(const std::string& caption, bool* value);
+/// A line of text that the user edits. True when it has changed, which may be while it is being typed.
+bool textField(const char* id, const char* hint, std::string& text);
+/// Whatever the user types is lost; for a text that changes from elsewhere.
+void leaveTextField(const char* id);
+bool isEscapePressed();
 /// An entry of a popup, which closes when the entry is clicked.
 bool menuItem(const std::string& caption);
 /// As wide as the column that shows `text` needs to be, in pixels of the layout.

@@ -68,6 +68,14 @@ public:
     void setOptions(const Options& options);
     /// As they are in force: values out of range are clamped.
     const Options& options() const;
+    /// Shows on the panel only those of the host's items whose paths hold all the words given, separated by
+    /// blanks and compared without the case of ASCII letters, and none of the words after a "-", as in
+    /// "disk -read": with what leads to them, opened. Nodes that the user opens or closes meanwhile are as
+    /// before when the filter goes. Without any word everything is shown, as at first. Works with
+    /// `Options::filter` and without: that is the line in which the user sees and changes this text.
+    void setFilter(const std::string& text);
+    /// As it was set by the host or the user.
+    const std::string& filter() const;
 
     /// Samples the node's item at once, outside its period, by running its functors. A stale id does nothing;
     /// but one that has been given out again since is somebody else's node: drop ids when you remove.

@@ -1,0 +1,54 @@
+// The line on top of the panel in which the user filters the host's items.
+
+#include "filter.h"
+
+#include "layout.h"
+#include "widgets.h"
+
+#include <imgui.h>
+
+namespace statistics {
+
+namespace {
+
+constexpr const char* kField = "##text";
+
+} // namespace
+
+/// What is typed is answered in the same frame.
+void Filter::drawLine(const Tree& tree, const Render& render)
+{
+    const widgets::IdScope id("filter");
+    drawField();
+    ImGui::SameLine(0.0f, -1.0f);
+    const bool cleared = ImGui::Button("Clear", ImVec2(0.0f, 0.0f));
+    // Behind the field, which takes back on Escape what was typed.
+    if (cleared || (ImGui::IsWindowFocused(0) && widgets::isEscapePressed()))
+        set({});
+    refresh(tree, render);
+    if (isOn())
+        drawMatchCount();
+}
+
+/// The text may have been set by the host meanwhile, or cleared.
+void Filter::drawField()
+{
+    if (m_field != m_text) {
+        widgets::leaveTextField(kField);
+        m_field = m_text;
+    }
+    ImGui::SetNextItemWidth(layout::scaled(layout::kFilterWidth));
+    if (widgets::textField(kField, "words of a path, -word without it", m_field))
+        set(m_field);
+}
+
+void Filter::drawMatchCount() const
+{
+    ImGui::SameLine(0.0f, -1.0f);
+    if (m_matchCount == 0)
+        ImGui::TextUnformatted("no match");
+    else
+        ImGui::Text(m_matchCount == 1 ? "%zu match" : "%zu matches", m_matchCount);
+}
+
+} // namespace statistics

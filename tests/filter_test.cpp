@@ -1,0 +1,194 @@
+// Finding items by words of their paths, and the panel that shows what was found.
+#include "support/panel.h"
+#include "support/test_access.h"
+
+#include <imgui_internal.h>
+
+#include <memory>
+
+namespace {
+
+using namespace statistics;
+using Lines = std::vector<std::string>;
+
+class Filtering : public test::Panel {
+protected:
+    Filtering()
+    {
+        for (const char* path :
+             {"Disk/read", "Disk/write", "Net/eth0/Read errors", "Net/eth0/packets", "CPU"})
+            add(path);
+        const unsigned rows = system().createTable(
+            "rows", [] { return std::size_t{1}; }, 0, getItemIndex("Net"));
+        system().getTable(rows)->addColumn(
+            "column", [](std::size_t) { return CounterValue("cell"); }, 0.5F);
+    }
+
+    // The last name is a counter's.
+    static void add(std::string_view path)
+    {
+        unsigned parent = 0;
+        for (std::size_t end; (end = path.find('/')) != std::string_view::npos; path.remove_prefix(end + 1))
+            parent = label(std::string(path.substr(0, end)).c_str(), parent);
+        system().createCounter(std::string(path), std::make_unique<Counter>([] { return 1; }), 0, parent);
+    }
+    // Paths of what is found.
+    static Lines found(const std::string& words)
+    {
+        system().setFilter(words);
+        Filter& filter = TestAccess::data().filter;
+        filter.refresh(TestAccess::tree(), TestAccess::render());
+        Lines paths;
+        TestAccess::tree().forEachNode([&](unsigned id) {
+            if (!filter.isOn() || filter.matches(id))
+                paths.push_back(system().path(id));
+        });
+        if (filter.isOn()) {
+            EXPECT_EQ(filter.matchCount(), paths.size()) << words;
+        }
+        return paths;
+    }
+    // Captions on the panel without values, an opened level after the other.
+    Lines shown()
+    {
+        Lines names;
+        const test::Frame& frame = show();
+        for (const test::Text& text : frame.texts)
+            if (names.empty() || frame.textsOnLineOf(text)[0].text == text.text)
+                names.push_back(text.text);
+        names.erase(names.begin()); // the title
+        return names;
+    }
+    Lines shownWith(const std::string& words)
+    {
+        system().setFilter(words);
+        return shown();
+    }
+    void type(const std::string& text)
+    {
+        ImGui::GetIO().AddInputCharactersUTF8(text.c_str());
+        ui.frames(2);
+    }
+    void showLine()
+    {
+        Options options;
+        options.filter = true;
+        system().setOptions(options);
+        show();
+    }
+};
+
+TEST_F(Filtering, findsWhatHasAllWordsInItsPathAndNoneAfterAMinus)
+{
+    EXPECT_EQ(found("read"), (Lines{"Disk/read", "Net/eth0/Read errors"}));
+    EXPECT_EQ(found(" ERRORS\tnet \n"), Lines{"Net/eth0/Read errors"});
+    EXPECT_EQ(found("k/r"), Lines{"Disk/read"});
+    EXPECT_EQ(found("disk"), (Lines{"Disk", "Disk/read", "Disk/write"}));
+    EXPECT_EQ(found("disk -READ"), (Lines{"Disk", "Disk/write"}));
+    EXPECT_EQ(found("-net -disk"), Lines{"CPU"});
+    EXPECT_EQ(found("read disk write"), Lines{});
+    EXPECT_EQ(found("eth0 eth0 th h0/"), (Lines{"Net/eth0/Read errors", "Net/eth0/packets"}));
+}
+
+TEST_F(Filtering, takesAnyBytes)
+{
+    const Lines all = found("");
+    for (const char* none : {" ", "-", " - -\t-"})
+        EXPECT_EQ(found(none), all) << none;
+    EXPECT_EQ(system().filter(), " - -\t-");
+    add("odd/\xC3\x84\xFF");
+    EXPECT_EQ(found("\xFF"), Lines{"odd/\xC3\x84\xFF"});
+    EXPECT_EQ(found("\xC3\xA4"), Lines{}); // no case but that of ASCII
+    EXPECT_EQ(found(std::string(10000, 'r')), Lines{});
+    EXPECT_EQ(found('-' + std::string(10000, 'r')).size(), all.size() + 2);
+    EXPECT_EQ(found(std::string("CPU\0", 4)), Lines{});
+}
+
+TEST_F(Filtering, showsWhatLeadsToAMatchOpenedAndLeavesTheRest)
+{
+    show();
+    ui.click("Disk");
+    const Lines before = shown();
+    EXPECT_EQ(before, (Lines{"Disk", "read", "write", "Net", "CPU"}));
+    EXPECT_EQ(shownWith("errors"), (Lines{"Net", "eth0", "Read errors"}));
+    EXPECT_EQ(shownWith("net"), Lines{"Net"});
+    ui.click("Net"); // its own children are the user's to open
+    EXPECT_EQ(shown(), (Lines{"Net", "eth0", "column", "cell"}));
+    EXPECT_EQ(shownWith("rows"), (Lines{"Net", "column", "cell"}));
+    ui.click("Net");
+    EXPECT_EQ(shown(), Lines{"Net"});
+    EXPECT_EQ(shownWith("disk -read"), (Lines{"Disk", "write"}));
+    EXPECT_EQ(shownWith("disk -read -write"), Lines{"Disk"}); // a line without an arrow
+    ui.click("Disk");
+    EXPECT_EQ(shownWith("nothing of that name"), Lines{});
+    EXPECT_EQ(shownWith(""), before);
+}
+
+TEST_F(Filtering, followsItemsThatComeAndGo)
+{
+    EXPECT_EQ(shownWith("temp"), Lines{});
+    add("GPU/temp");
+    add("Net/eth0/temp");
+    EXPECT_EQ(shown(), (Lines{"Net", "eth0", "temp", "GPU", "temp"}));
+    system().removeItem(getItemIndex("Net/eth0/temp"));
+    EXPECT_EQ(shown(), (Lines{"GPU", "temp"}));
+    system().removeItem(getItemIndex("GPU/temp"));
+    add("GPU/load"); // with the id of what matched
+    EXPECT_EQ(shown(), Lines{});
+}
+
+TEST_F(Filtering, leavesPresetsAndSnapshotsAsTheyAre)
+{
+    system().createPreset("preset", {});
+    ASSERT_TRUE(system().createStatsAnalyzer(testing::TempDir() + "no such root", "run", {}));
+    EXPECT_EQ(shownWith("cpu"), (Lines{"Presets", "CPU", "Diff"}));
+}
+
+TEST_F(Filtering, remembersNoLineThatIsLeftOut)
+{
+    for (int i = 0; i < 500; ++i)
+        add("long/" + std::string(i % 7 ? "" : "taller\n") + "line " + std::to_string(i));
+    const auto height = [&](const std::string& words) {
+        system().setFilter(words);
+        show();
+        return ImGui::FindWindowByName("Statistics")->ContentSize.y;
+    };
+    const Lines texts = {"line 4", "line", "long -1", "", "line -taller", "line 49"};
+    std::vector<float> remembered;
+    for (const std::string& words : texts)
+        remembered.push_back(height(words));
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        TestAccess::tree().changes().noteAll(); // so that each line is drawn
+        EXPECT_EQ(height(texts[i]), remembered[i]) << texts[i];
+    }
+}
+
+TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
+{
+    showLine();
+    const Lines before = ui.read().lines();
+    const auto begin = [&] { ui.click({ui.text("Clear").min.x - 60, ui.text("Clear").center().y}); };
+    begin();
+    type("READ");
+    EXPECT_EQ(system().filter(), "READ");
+    EXPECT_EQ(ui.read().lines()[1], "READ | Clear | 2 matches");
+    EXPECT_EQ(shown().size(), 6U);
+    type(" Disk");
+    EXPECT_EQ(ui.read().lines()[1], "READ Disk | Clear | 1 match");
+    system().setFilter("the host's");
+    show();
+    type("lost");
+    EXPECT_EQ(ui.read().lines()[1], "the host's | Clear | no match");
+    ui.click("Clear");
+    EXPECT_EQ(ui.read().lines(), before);
+    begin();
+    type("cpu");
+    ui.pressKey(ImGuiKey_Escape);
+    EXPECT_EQ(system().filter(), "");
+    EXPECT_EQ(ui.read().lines(), before);
+    system().setFilter("cpu");
+    ui.pressKey(ImGuiKey_Escape); // the panel is in focus, not the field
+    EXPECT_EQ(ui.read().lines(), before);
+}
+
+} // namespace
