@@ -35,8 +35,8 @@ struct PrometheusOptions {
 /// Clients can't hold the host up: a request has 8 KiB and one second, a page ten seconds, and not more than
 /// 16 are answered at a time.
 ///
-/// Its threads take no signals. The process ignores SIGPIPE from the first exporter on, unless the host
-/// handles it. In a forked child an exporter serves nothing and may be destroyed. Several exporters with
+/// Its threads take no signals. They make the process ignore SIGPIPE when they start, also where the host had
+/// a handler of its own. In a forked child an exporter serves nothing and may be destroyed. Several exporters with
 /// addresses of their own may live side by side; none needs the `System` to be up.
 class STATISTICS_EXPORT PrometheusExporter {
 public:
