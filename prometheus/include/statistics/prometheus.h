@@ -36,8 +36,8 @@ struct PrometheusOptions {
 /// 16 are answered at a time.
 ///
 /// Its threads take no signals. They make the process ignore SIGPIPE when they start, also where the host had
-/// a handler of its own. In a forked child an exporter serves nothing and may be destroyed. Several exporters with
-/// addresses of their own may live side by side; none needs the `System` to be up.
+/// a handler of its own. In a forked child an exporter serves nothing and may be destroyed. Several exporters
+/// with addresses of their own may live side by side; none needs the `System` to be up.
 class STATISTICS_EXPORT PrometheusExporter {
 public:
     /// Starts the server. Until the first update the page tells of no counters. Throws
