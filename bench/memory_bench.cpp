@@ -34,6 +34,28 @@ void memoryPerCounter(benchmark::State& state)
     state.counters["bytes"] = bytes;
 }
 
+/// Besides its samples.
+void memoryOfPast(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const std::vector<float> sources(count);
+    bench::Library library;
+    for (std::size_t index = 0; index < count; ++index)
+        library->createCounter(std::to_string(index),
+                               std::make_unique<statistics::Counter>(bench::getter(sources[index])), 1.0f);
+    statistics::Options options;
+    double bytes = 0;
+    for (auto _ : state) {
+        library->setOptions({});
+        const double before = allocatedBytes();
+        options.history = 240;
+        library->setOptions(options);
+        bytes = (allocatedBytes() - before) / static_cast<double>(count) - 4.0 * 240;
+    }
+    state.counters["bytes"] = bytes;
+}
+
+BENCHMARK(memoryOfPast)->Name("memory of a past")->Arg(60000)->Iterations(1);
 BENCHMARK(memoryPerCounter)->Name("memory per counter")->Arg(60000)->Iterations(1);
 
 } // namespace

@@ -58,14 +58,18 @@ std::unique_ptr<Counter> makeCounter(const float& source, const char* format, bo
     return std::make_unique<Counter>(bench::getter(source), format);
 }
 
-void dueOurs(benchmark::State& state, const char* format, bool limited)
+void dueOurs(benchmark::State& state, const char* format, bool limited, std::size_t history = 0)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
     const std::vector<float> sources = numbers(count);
     Library library;
+    statistics::Options options;
+    options.history = history;
+    library->setOptions(options);
     for (std::size_t index = 0; index < count; ++index)
         library->createCounter(bench::name(index), makeCounter(sources[index], format, limited), 0.0f);
-    library->update(0.016f, true);
+    for (std::size_t times = 0; times <= history; ++times)
+        library->update(0.016f, true);
     for (auto _ : state)
         library->update(0.016f, true);
 }
@@ -107,5 +111,17 @@ void dueHand(benchmark::State& state, const char* format, bool limited)
 STATISTICS_DUE("update, all due, default print", "", "%.3f", false);
 STATISTICS_DUE("update, all due, %.2f", "%.2f", "%.2f", false);
 STATISTICS_DUE("update, all due, limits and %.2f", "%.2f", "%.2f", true);
+
+// Against the same without the past.
+BENCHMARK_CAPTURE(dueOurs, ours, "", false, 240)
+    ->Name("update, all due, past of 240 against none/ours")
+    ->Arg(100)
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK_CAPTURE(dueOurs, hand, "", false, 0)
+    ->Name("update, all due, past of 240 against none/hand")
+    ->Arg(100)
+    ->Arg(10000)
+    ->Arg(60000);
 
 } // namespace

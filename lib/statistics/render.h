@@ -95,6 +95,13 @@ public:
     Options options;
     History history; ///< of `counters`
 
+    /// What the user looks at of the past.
+    struct HistoryView {
+        unsigned slot = INVALID_ID;     ///< of the counter that the mouse is on in this frame
+        unsigned menuNode = INVALID_ID; ///< of the counter that the context menu was opened on
+        std::string menuPath;           ///< by which that node is known to show the counter still
+    } historyView;
+
 private:
     class Refresh;
     using PresetFunctor = PresetSaveLoadParams::Functor PresetSaveLoadParams::*;
@@ -107,6 +114,7 @@ private:
 
     bool drawLabel(unsigned slot, bool hasChildren);
     bool drawCounter(unsigned slot, bool hasChildren);
+    void watchHistory(unsigned slot);
     bool drawPresetButton(unsigned slot, PresetFunctor functor, const char* caption, const char* tooltip);
     void drawDiffTable();
     bool noteDiffShape(const DiffTable& table);

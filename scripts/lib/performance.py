@@ -9,6 +9,7 @@ AIMS = {  # ratio to the hand-written equivalent that each row is meant to stay 
     "update, all due, default print": 1.0,
     "update, all due, %.2f": 1.0,
     "update, all due, limits and %.2f": 1.1,
+    "update, all due, past of 240 against none": 1.05,
     "draw, collapsed": 1.2,
     "draw, counters in view": 1.15,
     "draw, counters with bars in view": 1.15,
@@ -31,21 +32,26 @@ AIMS = {  # ratio to the hand-written equivalent that each row is meant to stay 
     "metrics, publish with limits": 1.5,
 }
 
+MEMORY_AIMS = {
+    "memory per counter": ("memory per counter, name and functor apart", 400),
+    "memory of a past": ("memory of a counter's past, its samples apart", 32),
+}
+
 WITHOUT_AIM = ["choose a preset", "draw, counters out of view", "remove one by one from one parent"]
 
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def read_rows(folder):
-    """{row: {size: {"ours": ns, "hand": ns}}} of median processor times, the bytes per counter, {name: ns} of what has no
+    """{row: {size: {"ours": ns, "hand": ns}}} of median processor times, {name: bytes}, {name: ns} of what has no
     equivalent, and the machine."""
     with open(os.path.join(folder, "times.json"), encoding="utf-8") as file:
         report = json.load(file)
-    rows, memory, alone = {}, None, {}
+    rows, memory, alone = {}, {}, {}
     for run in report["benchmarks"]:
         name, _, rest = run["run_name"].partition("/")
         if "bytes" in run and run.get("aggregate_name") == "median":
-            memory = run["bytes"]
+            memory[name] = run["bytes"]
         if run.get("aggregate_name") != "median":
             continue
         if name.startswith("metrics, "):
@@ -119,8 +125,7 @@ def check_complete(rows, memory):
     """Ends the program if something wasn't measured: half a page would pass for the whole one."""
     missing = [name for name in [*AIMS, *WITHOUT_AIM] if name not in rows]
     missing += [name for name, sizes in rows.items() if any(len(sides) < 2 for sides in sizes.values())]
-    if memory is None:
-        missing.append("memory per counter")
+    missing += [name for name in MEMORY_AIMS if name not in memory]
     if missing:
         sys.exit("No page is written. Not measured: " + "; ".join(missing))
 
@@ -138,7 +143,8 @@ def main(folder):
     print("\n| what | measured | aim |")
     print("|---|--:|--:|")
     print(f"| a counter out of view, added to a frame | {hidden_cost(rows):.1f} ns | 10 ns |")
-    print(f"| memory per counter, name and functor apart | {memory:.0f} bytes | 400 bytes |")
+    for name, (title, aim) in MEMORY_AIMS.items():
+        print(f"| {title} | {memory[name]:.0f} bytes | {aim} bytes |")
     print(f"| the stripped library | {stripped / 1024:.0f} KiB | 250 KiB |")
     print(f"| compiling `statistics.h`, against its standard headers alone | {compiled[0] / compiled[1]:.2f} | 1.3 |")
     print_metrics(alone)

@@ -20,7 +20,7 @@ constexpr float kWarningWeight = 0.8f; ///< from here to 1 the bar turns from am
 
 const ImVec4 low{0.35f, 0.65f, 0.0f, 1.0f};
 const ImVec4 mid{0.96f, 0.65f, 0.14f, 1.0f};
-const ImVec4 high{0.96f, 0.19f, 0.19f, 1.0f};
+const ImVec4& high = widgets::outsideColor;
 
 ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
 {
@@ -39,7 +39,9 @@ ImVec4 barColor(float weight)
     return std::isfinite(t) ? mix(low, mid, t) : low;
 }
 
-void drawBar(const ItemCounter& item)
+/// Calls `watch` behind the bar.
+template<typename Watch>
+void drawBar(const ItemCounter& item, const Watch& watch)
 {
     const ImVec4 color = barColor(item.weight);
     const widgets::ColorScope background(ImGuiCol_FrameBg,
@@ -47,14 +49,16 @@ void drawBar(const ItemCounter& item)
     const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
     ImGui::PushItemWidth(layout::scaled(layout::kBarWidth));
     widgets::progressBar(item.weight, item.valueText);
+    watch();
     ImGui::PopItemWidth();
 }
 
-void drawLimitedValue(const ItemCounter& item)
+template<typename Watch>
+void drawLimitedValue(const ItemCounter& item, const Watch& watch)
 {
     widgets::text(item.minText);
     ImGui::SameLine(0.0f, -1.0f);
-    drawBar(item);
+    drawBar(item, watch);
     ImGui::SameLine(0.0f, -1.0f);
     widgets::text(item.maxText);
 }
@@ -80,10 +84,16 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
     const ItemCounter& item = counters[slot];
     const bool open = drawCaption(item.name, hasChildren, opensAtFirst);
     widgets::sameLineFrom(layout::kValueColumn);
-    if (item.counter->hasLimits)
-        drawLimitedValue(item);
-    else
+    const auto watch = [&] {
+        if (history.isOn())
+            watchHistory(slot);
+    };
+    if (item.counter->hasLimits) {
+        drawLimitedValue(item, watch);
+    } else {
         widgets::text(item.valueText);
+        watch();
+    }
     return open;
 }
 

@@ -4,6 +4,7 @@
 
 #include "assertion.h"
 #include "call_scope.h"
+#include "history_draw.h"
 #include "running_imgui.h"
 #include "stack_tracker.h"
 #include "widgets.h"
@@ -87,6 +88,8 @@ void System::draw()
     m_data->drawItems();
     if (m_data->statsAnalyzer)
         drawTree(m_data->snapshotGroup, render, "snapshots");
+    if (render.history.isOn())
+        drawHistoryView(*m_data);
 }
 
 } // namespace statistics

@@ -14,6 +14,7 @@
 namespace statistics::widgets {
 
 const ImVec4 labelColor{0.475f, 0.6f, 0.718f, 1.0f};
+const ImVec4 outsideColor{0.96f, 0.19f, 0.19f, 1.0f}; ///< of what is outside its limits
 
 class [[nodiscard]] IdScope {
 public:

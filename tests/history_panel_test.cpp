@@ -1,0 +1,239 @@
+// The past of counters on the panel: marks in the bar, the tooltip with its plot, the menu that copies.
+#include "support/counter_panel.h"
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class HistoryPanel : public test::CounterPanel {
+protected:
+    static constexpr float kPlotWidth = 300;
+    static constexpr float kPlotHeight = 90;
+
+    static void keep(std::size_t samples)
+    {
+        statistics::Options options = system().options();
+        options.history = samples;
+        system().setOptions(options);
+    }
+
+    void give(const std::vector<CounterValue>& values)
+    {
+        for (const CounterValue& next : values) {
+            value = next;
+            sample();
+        }
+        ui.frames(2);
+    }
+
+    Counter counter(const std::string& format = "")
+    {
+        return Counter([this] { return value; }, format);
+    }
+
+    // What the tooltip says, line by line.
+    Strings pointAt(std::string_view text)
+    {
+        ui.moveTo(text);
+        ui.frames(2);
+        Strings lines;
+        for (const test::Text& shown : ui.read().texts) {
+            if (shown.window.rfind("##Tooltip", 0) != 0)
+                continue;
+            if (lines.empty() || line != shown.line)
+                lines.emplace_back();
+            else
+                lines.back() += ' ';
+            line = shown.line;
+            lines.back() += shown.text;
+        }
+        return lines;
+    }
+
+    static ImU32 color(ImGuiCol entry) { return ImGui::GetColorU32(entry); }
+
+    test::Rect plot()
+    {
+        for (const test::Rect& rect : ui.read().rects)
+            if (rect.size().x == kPlotWidth && rect.size().y == kPlotHeight)
+                return rect;
+        ADD_FAILURE() << "no plot";
+        return {};
+    }
+
+    // Of all that is filled in a colour inside the plot.
+    test::Rect bounds(ImU32 wanted)
+    {
+        const test::Rect area = plot();
+        test::Rect all{area.max, area.min, wanted};
+        for (const test::Rect& rect : ui.read().rectsOf(wanted)) {
+            if (!area.contains(rect.center()))
+                continue;
+            all.min = {std::min(all.min.x, rect.min.x), std::min(all.min.y, rect.min.y)};
+            all.max = {std::max(all.max.x, rect.max.x), std::max(all.max.y, rect.max.y)};
+        }
+        return all;
+    }
+
+    CounterValue value;
+    std::size_t line = 0;
+};
+
+TEST_F(HistoryPanel, showsPathNumbersAndSpanInTheCountersOwnFormat)
+{
+    const unsigned group = system().createLabel("50% ##Group");
+    add("Items", counter("%d ##items"), group, 0);
+    add("Load", {0, 100, [this] { return value; }, "%.1f%%", "%d%%"}, group, -1);
+    keep(10);
+    give({1, 2, 5});
+    ui.click("50% ##Group");
+    EXPECT_EQ(pointAt("5 ##items"), (Strings{"50% ##Group/Items", "3 samples", "lowest 1 ##items",
+                                             "mean 3 ##items", "highest 5 ##items", "last 5 ##items"}));
+    EXPECT_EQ(pointAt("5.0%"), (Strings{"50% ##Group/Load", "3 samples", "lowest 1.0%", "mean 2.7%",
+                                        "highest 5.0%", "last 5.0%", "limits 0% to 100%"}));
+    EXPECT_EQ(pointAt("Items"), Strings());
+    keep(0);
+    EXPECT_EQ(pointAt("5 ##items"), Strings());
+}
+
+TEST_F(HistoryPanel, tellsTheTimeThatTheSamplesSpan)
+{
+    const unsigned id = add("Count", counter(), 0, 0.5F);
+    keep(100);
+    value = 3;
+    show();
+    EXPECT_EQ(pointAt("3").at(1), "1 sample over 0.5");
+    for (int times = 0; times < 9; ++times)
+        system().updateNode(id);
+    EXPECT_EQ(pointAt("3").at(1), "10 samples over 5");
+}
+
+TEST_F(HistoryPanel, saysWhatAPlotCannotShow)
+{
+    add("Value", counter());
+    const std::pair<std::vector<CounterValue>, std::string> cases[] = {
+        {{"text"}, "No past: there has been no number yet."},
+        {{2, 2, 2}, "Constant."},
+        {{NAN, NAN}, "No finite sample: not a number."},
+        {{INFINITY, NAN}, "No finite sample: infinite."},
+        {{1, NAN, "gone"}, "Constant. 2 not finite."},
+        {{-FLT_MAX, INFINITY, FLT_MAX}, "1 not finite."},
+    };
+    for (const auto& [values, note] : cases) {
+        keep(0);
+        keep(10);
+        give(values);
+        EXPECT_EQ(pointAt(value.toString(nullptr)).back(), note);
+    }
+}
+
+// One sample among so many is higher than the rest, one lower; they may stand on any pixel.
+TEST_F(HistoryPanel, showsLowestAndHighestOfManySamplesWhereverTheyStand)
+{
+    add("Value", counter());
+    keep(10000);
+    ImGui::GetStyle().AntiAliasedFill = false;
+    for (int index = 0; index < 10000; ++index) {
+        value = index == 3333 ? 90.0F : index == 7001 ? 10.0F : 50.0F;
+        sample();
+    }
+    ui.frames(2);
+    pointAt("50.000");
+    const test::Rect shown = bounds(color(ImGuiCol_PlotLines));
+    EXPECT_NEAR(shown.min.x, plot().min.x, 3);
+    EXPECT_NEAR(shown.max.x, plot().max.x, 3);
+    EXPECT_NEAR(shown.min.y, plot().min.y, 3);
+    EXPECT_NEAR(shown.max.y, plot().max.y, 3);
+}
+
+TEST_F(HistoryPanel, marksWhatIsOutsideTheLimitsAndNothingOnThem)
+{
+    add("Value", {0, 10, [this] { return value; }, "%d items", ""});
+    keep(10);
+    const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96F, 0.19F, 0.19F, 1});
+    give({0, 10, 10, 0});
+    pointAt("0 items");
+    const auto reach = [&] { return bounds(outside).max.y - bounds(outside).min.y; };
+    EXPECT_LE(reach(), 0);
+    give({20, 5});
+    ui.frames(2);
+    EXPECT_NEAR(bounds(outside).min.y, plot().min.y, 3);
+    const ImU32 tint = ImGui::ColorConvertFloat4ToU32({0.96F, 0.19F, 0.19F, 0.15F});
+    const auto isTinted = [&](float part) {
+        const test::Rect area = plot();
+        const ImVec2 point(area.center().x, area.min.y + part * area.size().y);
+        return ui.read().rectsAt(point).back().color == tint;
+    };
+    EXPECT_TRUE(isTinted(0.45F));
+    EXPECT_FALSE(isTinted(0.55F));
+}
+
+TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)
+{
+    add("Value", limited(0.0F, 100.0F, [this] { return value; }));
+    const auto marks = [&] {
+        const test::Text lower = ui.text("0.000");
+        std::vector<float> places;
+        for (const test::Rect& rect : ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Text, 0.6F)))
+            places.push_back(
+                std::round((rect.min.x - lower.max.x - ImGui::GetStyle().ItemSpacing.x) / 2.75F));
+        return places;
+    };
+    give({20.0F, 80.0F, 50.0F});
+    EXPECT_EQ(marks(), std::vector<float>());
+    keep(3);
+    give({20.0F, 80.0F, 50.0F});
+    EXPECT_EQ(marks(), (std::vector<float>{20, 80}));
+    give({50.0F, 500.0F});
+    EXPECT_EQ(marks(), (std::vector<float>{50, 100}));
+    give({NAN, NAN, NAN});
+    EXPECT_EQ(marks(), std::vector<float>());
+}
+
+TEST_F(HistoryPanel, copiesPathValueAndHistory)
+{
+    const unsigned group = system().createLabel("Group");
+    add("Value", counter("%.1f ms"), group, 0.5F);
+    add("Text", Counter([] { return CounterValue("word"); }), group);
+    keep(3);
+    for (const float next : {1.0F, 2.25F, NAN}) {
+        value = next;
+        system().updateNode(system().getItemIndex("Group/Value"));
+    }
+    value = 4;
+    show();
+    ui.click("Group");
+    const auto copy = [&](std::string_view counterText, std::string_view entry) {
+        ui.rightClick(counterText);
+        ui.click(entry);
+        return ui.clipboard();
+    };
+    EXPECT_EQ(copy("4.0 ms", "Copy path"), "Group/Value");
+    EXPECT_EQ(copy("4.0 ms", "Copy value"), "4.0 ms");
+    EXPECT_EQ(copy("4.0 ms", "Copy history"), "-1\t2.25\n-0.5\tnan\n0\t4\n");
+    ui.rightClick("word");
+    EXPECT_FALSE(ui.read().contains("Copy history"));
+}
+
+TEST_F(HistoryPanel, menuCopiesNothingOfACounterThatHasGone)
+{
+    const unsigned id = add("Value", counter());
+    keep(3);
+    give({7});
+    ui.rightClick("7");
+    system().removeItem(id);
+    add("Other", Counter([] { return 8; }));
+    ui.frames(2);
+    EXPECT_FALSE(ui.read().contains("Copy value"));
+    ui.click("Copy path");
+    EXPECT_EQ(ui.clipboard(), "Value");
+}
+
+} // namespace
