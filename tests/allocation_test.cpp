@@ -78,6 +78,15 @@ TEST_F(SteadyFrame, AllocatesNothing)
     allocated = 0;
     ui.frames(100);
     EXPECT_EQ(allocated, 0u);
+
+    Options options;
+    options.filter = true;
+    system.setOptions(options);
+    system.setFilter("a counter with a long name -17");
+    ui.frames(120);
+    allocated = 0;
+    ui.frames(100);
+    EXPECT_EQ(allocated, 0u);
 }
 
 class LongRun : public test::Panel {

@@ -117,6 +117,8 @@ TEST_F(Filtering, showsWhatLeadsToAMatchOpenedAndLeavesTheRest)
     EXPECT_EQ(shownWith("rows"), (Lines{"Net", "column", "cell"}));
     ui.click("Net");
     EXPECT_EQ(shown(), Lines{"Net"});
+    ImGui::GetStyle().ItemSpacing.y += 2;
+    EXPECT_EQ(shown(), Lines{"Net"}); // in each look
     EXPECT_EQ(shownWith("disk -read"), (Lines{"Disk", "write"}));
     EXPECT_EQ(shownWith("disk -read -write"), Lines{"Disk"}); // a line without an arrow
     ui.click("Disk");
@@ -161,6 +163,20 @@ TEST_F(Filtering, remembersNoLineThatIsLeftOut)
         TestAccess::tree().changes().noteAll(); // so that each line is drawn
         EXPECT_EQ(height(texts[i]), remembered[i]) << texts[i];
     }
+}
+
+TEST_F(Filtering, measuresThousandsOfLinesFrameByFrame)
+{
+    for (int i = 0; i < 10000; ++i)
+        add("long/" + std::string(i % 7 ? "" : "taller\n") + "line " + std::to_string(i));
+    add("long/line " + std::string(300, 'w'));
+    shownWith("line");
+    const ImGuiWindow& window = *ImGui::FindWindowByName("Statistics");
+    const float height = window.ContentSize.y;
+    ui.frames(10);
+    const ImVec2 settled = window.ContentSize;
+    EXPECT_EQ(settled.y, height);
+    EXPECT_GT(settled.x, 2100.0F); // the widest line is the last one
 }
 
 TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)

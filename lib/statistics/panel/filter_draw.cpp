@@ -30,15 +30,18 @@ void Filter::drawLine(const Tree& tree, const Render& render)
         drawMatchCount();
 }
 
-/// The text may have been set by the host meanwhile, or cleared.
+/// The text may have been set by the host meanwhile, or cleared: that goes before what is being typed, which
+/// newer releases of ImGui hand over once more when the field is left.
 void Filter::drawField()
 {
-    if (m_field != m_text) {
+    const bool setElsewhere = m_field != m_text;
+    if (setElsewhere) {
         widgets::leaveTextField(kField);
         m_field = m_text;
     }
     ImGui::SetNextItemWidth(layout::scaled(layout::kFilterWidth));
-    if (widgets::textField(kField, "words of a path, -word without it", m_field))
+    const bool typed = widgets::textField(kField, "words of a path, -word without it", m_field);
+    if (typed && !setElsewhere)
         set(m_field);
 }
 

@@ -5,6 +5,7 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "stack_tracker.h"
+#include "text_lines.h"
 #include "tree_lines.h"
 
 namespace statistics {
@@ -16,6 +17,33 @@ bool isPlainLine(ItemType type)
 {
     return type == ItemType::Counter || type == ItemType::Label || type == ItemType::Checkbox ||
            type == ItemType::Root;
+}
+
+bool isOneLine(const std::string& text)
+{
+    return lineCount(text) == 1;
+}
+
+ELine lineOf(const ItemCounter& item)
+{
+    if (!isOneLine(item.name) || !isOneLine(item.valueText))
+        return ELine::Other;
+    if (!item.counter->hasLimits)
+        return ELine::Text;
+    return isOneLine(item.minText) && isOneLine(item.maxText) ? ELine::Bar : ELine::Other;
+}
+
+ELine lineOf(const Render& render, unsigned item)
+{
+    const unsigned slot = itemSlot(item);
+    switch (render.itemType(item)) {
+    case ItemType::Label:
+        return isOneLine(render.labels[slot]) ? ELine::Text : ELine::Other;
+    case ItemType::Counter:
+        return lineOf(render.counters[slot]);
+    default:
+        return ELine::Other;
+    }
 }
 
 } // namespace
@@ -72,6 +100,9 @@ bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
         return true;
     const unsigned item = m_nodes[id].item;
     const bool hasChildren = !m_nodes[id].children.empty();
+    const ELine line = hasChildren || !lines.isFiltered() ? ELine::Other : lineOf(render, item);
+    if (lines.skipUnmeasured(line))
+        return false;
     render.opensAtFirst = lines.opensAtFirst(id);
     const ExtentMeasure measure;
     bool steady = isPlainLine(render.itemType(item));
@@ -82,7 +113,7 @@ bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
     Extent extent = measure.extent();
     extent.hasBranches = hasChildren;
     extent.known = steady;
-    lines.keep(id, extent);
+    lines.keep(id, extent, line);
     if (render.itemType(item) == ItemType::Counter)
         lines.keepCounter(itemSlot(item), id);
     return steady;

@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::size_t kMostLooks = 4;
 
+/// Lines out of view, in one frame of a filtered tree: about a millisecond.
+constexpr std::size_t kMostMeasured = 2048;
+
 bool operator==(const ImVec2& a, const ImVec2& b)
 {
     return a.x == b.x && a.y == b.y;
@@ -111,6 +114,7 @@ TreeLines::Metrics TreeLines::presentMetrics()
 ImGuiStorage* TreeLines::begin(Tree& tree, Render& render, const Filter* filter)
 {
     m_filter = filter;
+    m_measured = 0;
     tree.changes().open();
     render.lineChanges.open();
     useLook(presentMetrics());
@@ -128,14 +132,24 @@ ImGuiStorage* TreeLines::begin(Tree& tree, Render& render, const Filter* filter)
 /// from those that were never opened, so that what leads to a match is open.
 ImGuiStorage* TreeLines::useStates()
 {
-    Look& look = m_looks.front();
+    ImGuiStorage* usual = m_looks.front().metrics.openNodes;
     if (!m_filter)
-        return look.metrics.openNodes;
-    if (!look.filteredNodes)
-        look.filteredNodes = std::make_unique<ImGuiStorage>();
-    if (std::exchange(look.filterEdition, m_filter->edition()) != m_filter->edition())
-        copyOpen(*look.metrics.openNodes, *look.filteredNodes);
-    return look.filteredNodes.get();
+        return usual;
+    FilteredNodes& nodes = filteredNodes(usual);
+    if (std::exchange(nodes.edition, m_filter->edition()) != m_filter->edition())
+        copyOpen(*usual, *nodes.states);
+    return nodes.states.get();
+}
+
+TreeLines::FilteredNodes& TreeLines::filteredNodes(const ImGuiStorage* usual)
+{
+    for (FilteredNodes& nodes : m_filteredNodes)
+        if (nodes.usual == usual)
+            return nodes;
+    if (m_filteredNodes.size() == kMostLooks)
+        m_filteredNodes.erase(m_filteredNodes.begin());
+    m_filteredNodes.push_back({usual, 0, std::make_unique<ImGuiStorage>()});
+    return m_filteredNodes.back();
 }
 
 void TreeLines::noteOpenNodes(const ImGuiStorage& states)
@@ -252,6 +266,16 @@ bool TreeLines::skip(unsigned node)
     return true;
 }
 
+bool TreeLines::skipUnmeasured(ELine line)
+{
+    Extent guess;
+    guess.height = m_looks.front().heights[static_cast<std::size_t>(line)];
+    if (guess.height <= 0.0f || !m_skipsLeaves || !isHidden(guess, 0.0f) || ++m_measured <= kMostMeasured)
+        return false;
+    moveOn(guess);
+    return true;
+}
+
 std::size_t TreeLines::skipBlocks(unsigned parent, std::size_t position)
 {
     const auto found = m_looks.front().blocks.find(parent);
@@ -271,11 +295,13 @@ std::size_t TreeLines::skipBlocks(unsigned parent, std::size_t position)
     return position;
 }
 
-void TreeLines::keep(unsigned node, const Extent& extent)
+void TreeLines::keep(unsigned node, const Extent& extent, ELine line)
 {
-    std::vector<Extent>& nodes = m_looks.front().nodes;
-    if (node < nodes.size())
-        nodes[node] = extent;
+    Look& look = m_looks.front();
+    if (node < look.nodes.size())
+        look.nodes[node] = extent;
+    if (line != ELine::Other)
+        look.heights[static_cast<std::size_t>(line)] = extent.height;
 }
 
 void TreeLines::keepBlock(unsigned parent, std::size_t position, const Extent& extent)

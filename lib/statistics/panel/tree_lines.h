@@ -5,6 +5,7 @@
 
 #include <imgui.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -25,6 +26,13 @@ struct Extent {
     bool navigable = false;   ///< keyboard and gamepad can move to something in it
     bool hasBranches = false; ///< some of it opens and closes
     bool known = false;
+};
+
+/// Lines without anything below them that are of one height.
+enum class ELine {
+    Other, ///< of any height
+    Text,
+    Bar,
 };
 
 /// Measures what is drawn while it lives, from the start of a line on.
@@ -62,6 +70,7 @@ public:
     // What the filter leaves, until the next `begin`.
     bool shows(unsigned node) const { return !m_filter || m_filter->shows(node); }
     bool showsBelow(unsigned node) const { return !m_filter || m_filter->leads(node); }
+    bool isFiltered() const { return m_filter; }
     bool opensAtFirst(unsigned node) const { return m_filter && !m_filter->matches(node); }
 
     /// Moves on past the node and all that shows below it if it lies out of view.
@@ -69,7 +78,12 @@ public:
     /// Moves on past the blocks from `position` on that lie out of view; gives the position behind them.
     std::size_t skipBlocks(unsigned parent, std::size_t position);
 
-    void keep(unsigned node, const Extent& extent);
+    /// True for a line that was never drawn and is out of view, once many others were measured in this frame:
+    /// then it moves on by the height that the others of its kind have. Only with a filter, which may bring
+    /// tens of thousands of them into one frame; how far they reach to the right is known some frames later.
+    bool skipUnmeasured(ELine line);
+
+    void keep(unsigned node, const Extent& extent, ELine line);
     void keepBlock(unsigned parent, std::size_t position, const Extent& extent);
     /// Remembers which node shows the counter in a slot.
     void keepCounter(unsigned slot, unsigned node);
@@ -87,20 +101,27 @@ private:
 
     struct Look {
         Metrics metrics{};
-        std::size_t openNodes = 0;                   ///< a sum over the states of ImGui's tree nodes
-        std::uint64_t filterVersion = 0;             ///< of what was shown; 0 is the whole tree
-        std::uint64_t filterEdition = 0;             ///< that `filteredNodes` belong to
-        std::unique_ptr<ImGuiStorage> filteredNodes; ///< which nodes are open; null until the first filter
+        std::size_t openNodes = 0;       ///< a sum over the states of ImGui's tree nodes
+        std::uint64_t filterVersion = 0; ///< of what was shown; 0 is the whole tree
         ChangeLog::Position nodesRead = 0;
         ChangeLog::Position countersRead = 0;
+        std::array<float, 3> heights{}; ///< of lines, by `ELine`; 0 where it isn't known
         std::vector<Extent> nodes;
         std::unordered_map<unsigned, std::vector<Extent>> blocks; ///< by parent; only of long lists
+    };
+
+    /// Which nodes are open while a filter is on, in the place of what ImGui keeps for a window.
+    struct FilteredNodes {
+        const ImGuiStorage* usual;
+        std::uint64_t edition; ///< of the filter
+        std::unique_ptr<ImGuiStorage> states;
     };
 
     static Metrics presentMetrics();
 
     void useLook(const Metrics& metrics);
     ImGuiStorage* useStates();
+    FilteredNodes& filteredNodes(const ImGuiStorage* usual);
     void noteOpenNodes(const ImGuiStorage& states);
     void noteView();
     void forgetChanges(const Tree& tree, const Render& render);
@@ -110,12 +131,14 @@ private:
     bool isHidden(const Extent& extent, float offset) const;
     void moveOn(const Extent& extent) const;
 
-    std::vector<Look> m_looks;            ///< the one in use first
+    std::vector<Look> m_looks; ///< the one in use first
+    std::vector<FilteredNodes> m_filteredNodes;
     std::vector<unsigned> m_counterNodes; ///< by slot
     const Filter* m_filter = nullptr;     ///< null where everything is shown
     ImGuiWindow* m_window = nullptr;      ///< while the tree is drawn
     float m_viewTop = 0.0f;
     float m_viewBottom = 0.0f;
+    std::size_t m_measured = 0; ///< lines out of view, by the present draw
     bool m_skipsLeaves = false;
     bool m_skipsBranches = false;
 };
