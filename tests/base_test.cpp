@@ -59,6 +59,17 @@ TEST(Report, aHandlerMayReportThrowAndReplaceItself)
     EXPECT_EQ(next.take(), Texts{"!\"first\""});
 }
 
+TEST(Report, aHandlerKeepsItsStateFromReportToReport)
+{
+    std::vector<int> counts;
+    const statistics::ReportHandler before = statistics::setReportHandler(
+        [&counts, count = 0](const char*) mutable { counts.push_back(++count); });
+    ORV_ASSERT(!"first");
+    ORV_ASSERT(!"second");
+    statistics::setReportHandler(before);
+    EXPECT_EQ(counts, (std::vector<int>{1, 2}));
+}
+
 TEST(StackTracker, scopesAreLeftOnEveryWayOutHoweverDeep)
 {
     Orv::StackTracker::pop(); // one too many

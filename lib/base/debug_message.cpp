@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -12,10 +13,13 @@ namespace Orv {
 
 namespace {
 
+using SharedHandler = std::shared_ptr<MessageHandler>;
+
 /// Both live on the heap for the rest of the process: reports may still come while statics are destroyed.
-MessageHandler& currentHandler()
+/// Shared with the report that runs it, because a handler may set another one. Null without a handler.
+SharedHandler& currentHandler()
 {
-    static auto& handler = *new MessageHandler;
+    static auto& handler = *new SharedHandler;
     return handler;
 }
 
@@ -41,9 +45,8 @@ void deliver(const char* text)
     if (s_reporting || !currentHandler())
         return writeToStderr(text);
     const ReportingScope reporting;
-    // A copy, because a handler may set another one.
-    const MessageHandler handler = currentHandler();
-    handler(text);
+    const SharedHandler handler = currentHandler();
+    (*handler)(text);
 }
 
 } // namespace
@@ -60,7 +63,13 @@ void DebugMessageHelper::criticalMessage(const char* /*file*/, unsigned /*line*/
 
 MessageHandler DebugMessageHelper::setHandler(MessageHandler handler)
 {
-    return std::exchange(currentHandler(), std::move(handler));
+    SharedHandler next = handler ? std::make_shared<MessageHandler>(std::move(handler)) : nullptr;
+    const SharedHandler before = std::exchange(currentHandler(), std::move(next));
+    if (!before)
+        return {};
+    if (s_reporting) // it may be the one that runs
+        return [before](const char* text) { (*before)(text); };
+    return std::move(*before);
 }
 
 } // namespace Orv

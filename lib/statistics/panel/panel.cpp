@@ -4,6 +4,7 @@
 
 #include "assertion.h"
 #include "call_scope.h"
+#include "debug_message.h"
 #include "history_draw.h"
 #include "running_imgui.h"
 #include "stack_tracker.h"
@@ -15,12 +16,26 @@ namespace statistics {
 
 namespace {
 
+/// Both versions, since they are often the same and the cause lies elsewhere.
+void reportForeignImGui()
+{
+    Orv::DebugMessageHelper().criticalMessage(
+        __FILE__, __LINE__,
+        "ASSERTION FAILED: %s\r\nThe running Dear ImGui is %s, the library was compiled with " IMGUI_VERSION
+        ": nothing is drawn. Where both are the same, they differ in the branch (docking or not) or in "
+        "imconfig.h.\r\n" __FILE__ "(%d)\r\n",
+        "isRunningImGuiTheCompiledOne()", ImGui::GetVersion(), __LINE__);
+}
+
 /// Looked at once in the process, at the first draw: it can't change.
 bool canDrawIntoRunningImGui()
 {
-    static const bool fits = ORV_ASSERT_MESSAGE(isRunningImGuiTheCompiledOne(),
-                                                "The running Dear ImGui isn't " IMGUI_VERSION
-                                                " as the library was compiled with: nothing is drawn.");
+    static const bool fits = [] {
+        const bool same = isRunningImGuiTheCompiledOne();
+        if (!same)
+            reportForeignImGui();
+        return same;
+    }();
     return fits;
 }
 

@@ -14,7 +14,8 @@ using ReportHandler = std::function<void(const char* text)>;
 /// Sets the handler for the whole process and gives back the one before. An empty handler restores the
 /// default, which writes the text to stderr. Works with and without an instance. A handler runs on the thread
 /// that drives the library, inside the call that noticed the error; what it throws leaves through that call.
-/// A report made while the handler runs goes to stderr.
+/// A report made while the handler runs goes to stderr. It is called in place and keeps its state from report
+/// to report. It must not call the library but to set another handler: the call that reports may be halfway.
 STATISTICS_EXPORT ReportHandler setReportHandler(ReportHandler handler);
 
 } // namespace statistics
