@@ -25,30 +25,29 @@ Past::EKind kindOf(const CounterValue& value)
 
 History::History(std::size_t capacity) : m_capacity(std::min(capacity, kMostSamples)) {}
 
-std::size_t History::Block::usedRows() const
+/// The rows that have been reached: the others aren't initialised, and take no memory before a sample comes.
+void History::Block::copyTo(Block& wider, std::size_t capacity) const noexcept
 {
-    std::size_t used = 0;
+    std::size_t rows = 0;
     for (const Ring& ring : rings)
-        used = std::max<std::size_t>(used, ring.size);
-    return used;
+        rows = std::max(rows, ring.size(capacity));
+    for (std::size_t row = 0; row < rows; ++row)
+        std::copy_n(&samples[row * width], width, &wider.samples[row * wider.width]);
+    std::copy(rings.begin(), rings.end(), wider.rings.begin());
 }
 
 void History::makeRoom(unsigned slot)
 {
     const std::size_t index = slot / kLanes;
-    const std::size_t width = slot % kLanes + 1;
-    if (!isOn() || (index < m_blocks.size() && width <= m_blocks[index].width))
+    const std::size_t needed = slot % kLanes + 1;
+    const std::size_t width = index < m_blocks.size() ? m_blocks[index].width : 0;
+    if (!isOn() || needed <= width)
         return;
-    // Not initialised: pages that no sample has reached yet take no memory.
-    std::unique_ptr<float[]> wider(new float[m_capacity * width]);
+    Block wider(std::clamp<std::size_t>(width + width / 16, needed, kLanes), m_capacity);
     if (index >= m_blocks.size())
         m_blocks.resize(index + 1);
-    Block& block = m_blocks[index];
-    const std::size_t rows = block.usedRows();
-    for (std::size_t row = 0; row < rows; ++row)
-        std::copy_n(&block.samples[row * block.width], block.width, &wider[row * width]);
-    block.samples = std::move(wider);
-    block.width = width;
+    m_blocks[index].copyTo(wider, m_capacity);
+    m_blocks[index] = std::move(wider);
 }
 
 void History::add(unsigned slot, const CounterValue& value) noexcept
@@ -56,7 +55,7 @@ void History::add(unsigned slot, const CounterValue& value) noexcept
     Block& block = m_blocks[slot / kLanes];
     Ring& ring = block.rings[slot % kLanes];
     const bool number = isNumber(value);
-    if (!number && ring.size == 0)
+    if (!number && ring.size(m_capacity) == 0)
         return;
     if (number)
         ring.kind = kindOf(value);
@@ -67,9 +66,10 @@ void History::push(Block& block, unsigned lane, float sample) noexcept
 {
     Ring& ring = block.rings[lane];
     block.samples[ring.next * block.width + lane] = sample;
-    ring.next = ring.next + 1 < m_capacity ? ring.next + 1 : 0;
-    if (ring.size < m_capacity)
-        ++ring.size;
+    if (++ring.next == m_capacity) {
+        ring.next = 0;
+        ring.full = true;
+    }
 }
 
 void History::addAll(unsigned slot, const Past& past) noexcept
@@ -82,20 +82,18 @@ void History::addAll(unsigned slot, const Past& past) noexcept
 
 void History::forget(unsigned slot) noexcept
 {
-    if (slot / kLanes < m_blocks.size())
+    if (hasRoom(slot))
         m_blocks[slot / kLanes].rings[slot % kLanes] = {};
 }
 
 Past History::past(unsigned slot) const
 {
-    if (slot / kLanes >= m_blocks.size())
+    if (!hasRoom(slot))
         return {};
     const Block& block = m_blocks[slot / kLanes];
     const Ring& ring = block.rings[slot % kLanes];
-    if (ring.size == 0)
-        return {};
-    const std::size_t first = ring.size < m_capacity ? 0 : ring.next;
-    return {&block.samples[slot % kLanes], block.width, m_capacity, first, ring.size, ring.kind};
+    return {&block.samples[slot % kLanes], block.width,           m_capacity,
+            ring.full ? ring.next : 0,     ring.size(m_capacity), ring.kind};
 }
 
 } // namespace statistics

@@ -2,7 +2,6 @@
 
 #include <statistics/value.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -42,10 +41,11 @@ private:
 
 /// The past of every counter: the newest samples, known by the counter's slot in its pool.
 ///
-/// Counters stand in blocks of 16, whose samples of one moment lie side by side: counters that are sampled
-/// one after the other fill one cache line, where rings of their own would cost a miss each. A block is as
-/// wide as the counters in it need, and a counter costs 13 bytes besides its samples, 26 where the list of
-/// blocks has just grown. What a removed counter leaves is kept for the next one in its slot.
+/// Counters stand in blocks of 256, whose samples of one moment lie side by side: counters that are sampled
+/// one after the other fill one page, where rings of their own would cost a miss each. A counter costs 9
+/// bytes besides its samples. A block has room for the counters in it; where they come one by one, for a
+/// sixteenth more, so that not each of them moves the block. What a removed counter leaves is kept for the
+/// next one in its slot.
 ///
 /// Memory is taken when the past is turned on and when a counter comes, never by a sample.
 class History {
@@ -72,21 +72,33 @@ public:
     Past past(unsigned slot) const;
 
 private:
-    static constexpr unsigned kLanes = 16;
+    static constexpr unsigned kLanes = 256;
 
     struct Ring {
+        std::size_t size(std::size_t capacity) const { return full ? capacity : next; }
+
         std::uint32_t next = 0; ///< where the next sample goes
-        std::uint32_t size = 0;
+        bool full = false;      ///< the oldest sample stands there
         Past::EKind kind = Past::EKind::Decimal;
     };
     struct Block {
-        std::unique_ptr<float[]> samples; ///< `capacity` rows of `width`
-        std::size_t width = 0;
-        std::array<Ring, kLanes> rings;
+        Block(std::size_t lanes, std::size_t capacity)
+            : samples(new float[capacity * lanes]), rings(lanes), width(lanes)
+        {
+        }
+        Block() = default;
 
-        std::size_t usedRows() const;
+        void copyTo(Block& wider, std::size_t capacity) const noexcept;
+
+        std::unique_ptr<float[]> samples; ///< `capacity` rows of a sample for each ring
+        std::vector<Ring> rings;
+        std::size_t width = 0;
     };
 
+    bool hasRoom(unsigned slot) const
+    {
+        return slot / kLanes < m_blocks.size() && slot % kLanes < m_blocks[slot / kLanes].width;
+    }
     void push(Block& block, unsigned lane, float sample) noexcept;
 
     std::size_t m_capacity;

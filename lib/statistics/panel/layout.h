@@ -15,7 +15,7 @@ constexpr float kPanelHeight = 600.0f; ///< at the panel's very first appearance
 constexpr float kValueColumn = 215.0f; ///< from the left of the window, at any depth
 constexpr float kBarWidth = 275.0f;
 constexpr float kFilterWidth = 275.0f; ///< of the field on top of the panel
-constexpr float kMarkWidth = 1.0f; ///< of lowest and highest in the bar
+constexpr float kMarkWidth = 1.0f;     ///< of lowest and highest in the bar
 constexpr float kMarkAlpha = 0.6f;
 
 // The tooltip of a counter.
