@@ -136,7 +136,7 @@ protected:
         static constexpr void (RandomCalls::*kCalls[])() = {
             &RandomCalls::createSomething, &RandomCalls::createSomething, &RandomCalls::createSomething,
             &RandomCalls::removeSomething, &RandomCalls::changeTable,     &RandomCalls::changePresets,
-            &RandomCalls::toggleStore,     &RandomCalls::askSomething};
+            &RandomCalls::toggleStore,     &RandomCalls::askSomething,    &RandomCalls::changeFilter};
         (this->*kCalls[pick(std::size(kCalls))])();
         compare();
     }
@@ -217,6 +217,12 @@ protected:
         };
         params->loadFunctor = params->saveFunctor = params->saveAsFunctor = change;
         system().createPreset(randomName(), {}, std::move(params));
+    }
+
+    void changeFilter()
+    {
+        static constexpr const char* kTexts[] = {"", "#1", "x -##2", "-xx", "##3"};
+        system().setFilter(kTexts[pick(std::size(kTexts))]);
     }
 
     void toggleStore()
