@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -48,6 +50,36 @@ TEST(ComparisonModel, flagsTheRowsWhoseValuesAreNotAllEqual)
     EXPECT_EQ(shape(table),
               "A0 B1 ; a: i7 s7; b! d7 s7; c: --- ---; d! dnan dnan; ! i5 i0; e: i0 i0; f: i2 u2; "
               "g! i0 i1; h: i0 d0");
+}
+
+TEST(ComparisonModel, aToleranceIsForNumbersAloneRelativeToTheLarger)
+{
+    const float infinity = std::numeric_limits<float>::infinity();
+    const std::tuple<CounterValue, CounterValue, bool> cases[] = {{100, 95.5F, false},
+                                                                  {95, 100U, true},
+                                                                  {-100, -95.5F, false},
+                                                                  {-1, 1, true},
+                                                                  {0, 1e-30F, true},
+                                                                  {4294967295U, 4200000000U, false},
+                                                                  {100, "95.5", true},
+                                                                  {"north", "south", true},
+                                                                  {NAN, NAN, false},
+                                                                  {NAN, 1, true},
+                                                                  {infinity, infinity, false},
+                                                                  {infinity, -infinity, true},
+                                                                  {infinity, 3e38F, true},
+                                                                  {CounterValue(), 0, true},
+                                                                  {2147483647, -2147483647 - 1, true}};
+    for (const auto& [first, second, flagged] : cases) {
+        DiffTable table;
+        table.setTolerance(0.05F - 1e-6F);
+        table.addSnapshot("A", 0, {{"x", first}});
+        table.addSnapshot("B", 1, {{"x", second}});
+        EXPECT_EQ(table.m_rows[0].changed, flagged) << shape(table);
+        table.addSnapshot("C", 2, {{"x", first}});
+        table.removeColumn(0);
+        EXPECT_EQ(table.m_rows[0].changed, flagged) << shape(table);
+    }
 }
 
 TEST(ComparisonModel, columnsLeaveAndComeBackAtTheRightEnd)

@@ -34,19 +34,29 @@ bool isIdentical(const CounterValue& left, const CounterValue& right)
     return sameKind && sameSign && left == right; // zeros of two signs are equal, but print differently
 }
 
-/// The row's flag once the value at `position` is gone. Looks at the other values only if need be.
-bool isChangedWithout(const DiffTableRow& row, std::size_t position)
+/// Exact for all three kinds.
+double numberOf(const CounterValue& value)
 {
-    const std::vector<CounterValue>& values = row.values;
-    const std::size_t first = position == 0 ? 1 : 0;
-    if (values.size() <= 2)
+    if (value.isDecimal())
+        return static_cast<double>(value.toFloat());
+    return value.isInt() ? static_cast<double>(value.toInt()) : static_cast<double>(value.toUInt());
+}
+
+bool isNumber(const CounterValue& value)
+{
+    return value.isInt() || value.isUInt() || value.isDecimal();
+}
+
+/// Infinities are near to themselves alone, which comparing exactly has found out before.
+bool isNear(const CounterValue& left, const CounterValue& right, float tolerance)
+{
+    if (!isNumber(left) || !isNumber(right))
         return false;
-    if (position == 0 ? isIdentical(values[0], values[1]) : !row.changed || values[position] == values[0])
-        return row.changed;
-    for (std::size_t column = first + 1; column < values.size(); ++column)
-        if (column != position && values[column] != values[first])
-            return true;
-    return false;
+    const double a = numberOf(left);
+    const double b = numberOf(right);
+    if (std::isnan(a) || std::isnan(b))
+        return std::isnan(a) && std::isnan(b);
+    return std::abs(a - b) < static_cast<double>(tolerance) * std::max(std::abs(a), std::abs(b));
 }
 
 } // namespace
@@ -110,7 +120,7 @@ std::vector<DiffTable::Cell> DiffTable::gather(const Entries& entries)
         cells[row++].value = value;
     }
     for (row = 0; row < cells.size(); ++row)
-        cells[row].differs = !m_columns.empty() && cells[row].value != m_rows[row].values.front();
+        cells[row].differs = !m_columns.empty() && differs(cells[row].value, m_rows[row].values.front());
     return cells;
 }
 
@@ -156,6 +166,22 @@ void DiffTable::removeColumn(std::size_t snapshot)
     }
 }
 
+/// The row's flag once the value at `position` is gone. Looks at the other values only if need be.
+bool DiffTable::isChangedWithout(const DiffTableRow& row, std::size_t position) const
+{
+    const std::vector<CounterValue>& values = row.values;
+    const std::size_t first = position == 0 ? 1 : 0;
+    if (values.size() <= 2)
+        return false;
+    if (position == 0 ? isIdentical(values[0], values[1])
+                      : !row.changed || !differs(values[position], values[0]))
+        return row.changed;
+    for (std::size_t column = first + 1; column < values.size(); ++column)
+        if (column != position && differs(values[column], values[first]))
+            return true;
+    return false;
+}
+
 void DiffTable::clear()
 {
     m_rows.clear();
@@ -172,8 +198,22 @@ void DiffTable::setValue(std::size_t row, std::size_t column, const CounterValue
 
 void DiffTable::updateChanged(DiffTableRow& row)
 {
-    const auto differs = [&](const CounterValue& value) { return value != row.values.front(); };
-    row.changed = row.values.size() > 1 && std::any_of(row.values.begin() + 1, row.values.end(), differs);
+    const auto isOther = [&](const CounterValue& value) { return differs(value, row.values.front()); };
+    row.changed = row.values.size() > 1 && std::any_of(row.values.begin() + 1, row.values.end(), isOther);
+}
+
+bool DiffTable::differs(const CounterValue& value, const CounterValue& first) const
+{
+    return value != first && !(m_tolerance > 0 && isNear(value, first, m_tolerance));
+}
+
+void DiffTable::setTolerance(float tolerance)
+{
+    if (tolerance == m_tolerance)
+        return;
+    m_tolerance = tolerance;
+    for (DiffTableRow& row : m_rows)
+        updateChanged(row);
 }
 
 std::size_t DiffTable::addRow(const std::string& caption)

@@ -1,5 +1,7 @@
 #include "groups.h"
 
+#include "name_order.h"
+
 #include <utility>
 
 namespace statistics {
@@ -85,6 +87,20 @@ void SnapshotGroup::addSnapshot(const std::string& name, const std::string& fold
         return;
     render.checkboxes[itemSlot(box)].note = note;
     tree.addChild(box, folderNode);
+}
+
+void SnapshotGroup::sort(bool byName, const Render& render)
+{
+    if (snapshotsNode == INVALID_ID)
+        return;
+    // No node of this tree is freed before the whole tree is: ids rise in the order of adding.
+    const auto before = [&](unsigned left, unsigned right) {
+        return byName ? isNameBefore(render.itemName(tree.item(left)), render.itemName(tree.item(right)))
+                      : left < right;
+    };
+    tree.sortChildren(snapshotsNode, before);
+    for (const unsigned folder : tree.m_nodes[snapshotsNode].children)
+        tree.sortChildren(folder, before);
 }
 
 void SnapshotGroup::clearSnapshots()

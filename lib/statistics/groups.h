@@ -32,6 +32,8 @@ struct SnapshotGroup {
     /// what the user reads who points at it; empty: nothing.
     void addSnapshot(const std::string& name, const std::string& folder, std::function<void(bool)> onChange,
                      Render& render, const std::string& note = {});
+    /// Puts folders and check boxes in the order of their names, or in that in which they were added.
+    void sort(bool byName, const Render& render);
     /// The check boxes stay in their pool, reached by nothing, until the group is reset.
     void clearSnapshots();
     /// The tree without controls and snapshots.

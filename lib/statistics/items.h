@@ -49,6 +49,9 @@ inline const char* orNull(const std::string& format)
     return format.empty() ? nullptr : format.c_str();
 }
 
+/// The limit that a value is outside of.
+enum class ECrossed : unsigned char { None, Min, Max };
+
 /// A counter on the panel: the host's description, and the texts that are drawn every frame.
 struct ItemCounter {
     ItemCounter(std::string caption, std::unique_ptr<Counter> description, float time)
@@ -69,9 +72,10 @@ struct ItemCounter {
     std::string valueText; ///< empty until the first sample
     std::string minText;
     std::string maxText;
-    float weight = 0;                 ///< position of the last sample between the limits
-    std::unique_ptr<Counter> counter; ///< never null
-    CallScope::Place place;           ///< for `counter`, when the item is removed
+    float weight = 0;                  ///< position of the last sample between the limits
+    ECrossed crossed = ECrossed::None; ///< by the last sample; `None` while such limits aren't marked
+    std::unique_ptr<Counter> counter;  ///< never null
+    CallScope::Place place;            ///< for `counter`, when the item is removed
 };
 
 /// A table on the panel: the model, and the cells of the last refresh.

@@ -29,6 +29,14 @@ bool looksAsLarge(const std::string& a, const std::string& b)
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), same);
 }
 
+/// As warnings judge it.
+ECrossed crossedLimit(const CounterValue& value, const Counter& counter)
+{
+    if (value < counter.min)
+        return ECrossed::Min;
+    return value > counter.max ? ECrossed::Max : ECrossed::None;
+}
+
 /// Advances the item's timer. The time in excess of a period is dropped.
 template<typename Item>
 bool isDue(Item& item, float dt)
@@ -95,8 +103,11 @@ void Render::updateCounter(unsigned slot)
         return;
     CounterValue judged = counter.getter();
     const float weight = judged.weight(counter.min, counter.max);
-    if (ItemCounter* item = counterItem(slot, counter))
-        item->weight = weight;
+    ItemCounter* item = counterItem(slot, counter);
+    if (!item)
+        return;
+    item->weight = weight;
+    item->crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
 }
 
 void Render::showValue(unsigned slot, const CounterValue& value)

@@ -96,6 +96,7 @@ void System::setOptions(const Options& options)
     // What isn't a number compares false.
     inForce.background = options.background > 0 ? std::min(options.background, 1.0f) : 0.0f;
     inForce.compareTolerance = options.compareTolerance > 0 ? options.compareTolerance : 0.0f;
+    m_data->applyToSnapshots(inForce);
 }
 
 const Options& System::options() const
@@ -116,6 +117,11 @@ const std::string& System::filter() const
 void System::updateNode(unsigned id)
 {
     m_data->tree.updateNode(id, m_data->render);
+}
+
+void System::openNode(unsigned id, bool open)
+{
+    m_data->tree.requestOpen(id, open);
 }
 
 void System::removeItem(unsigned id)

@@ -89,6 +89,8 @@ struct System::Data {
     void drawItems();
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
+    /// Order of the check boxes, flags of the comparison.
+    void applyToSnapshots(const Options& options);
 
     /// The counters at one revision of the tree.
     struct CounterList {

@@ -137,6 +137,14 @@ void System::Data::publishSnapshots()
         const std::string note = snapshot.problem.empty() ? "" : "Not on disk: " + snapshot.problem;
         snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render, note);
     });
+    applyToSnapshots(render.options);
+}
+
+void System::Data::applyToSnapshots(const Options& options)
+{
+    snapshotGroup.sort(options.sortSnapshots, render);
+    if (statsAnalyzer)
+        statsAnalyzer->diffTable.setTolerance(options.compareTolerance);
 }
 
 } // namespace statistics

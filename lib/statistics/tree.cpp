@@ -245,6 +245,7 @@ void Tree::eraseNode(unsigned id)
         walk->m_parent = id == walk->m_top ? INVALID_ID : m_nodes[id].parent;
         walk->m_next = position(id);
     }
+    m_derived.openings.erase(id);
     m_nodes.erase(id);
     noteChange();
 }
@@ -312,6 +313,17 @@ bool Tree::isBelow(unsigned id, unsigned ancestor) const
     while (m_nodes.contains(id) && m_nodes[id].parent != ancestor)
         id = m_nodes[id].parent;
     return m_nodes.contains(id);
+}
+
+void Tree::requestOpen(unsigned id, bool open)
+{
+    if (!m_nodes.contains(id))
+        return;
+    for (; m_nodes[id].parent != INVALID_ID; id = m_nodes[id].parent) {
+        m_derived.openings[id] = open;
+        if (!open)
+            return;
+    }
 }
 
 void Tree::updateNode(unsigned id, Render& render)

@@ -6,12 +6,14 @@
 #include "name_index.h"
 #include "render.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace statistics {
@@ -52,6 +54,14 @@ public:
     void removeItem(unsigned id, Render& render);
     /// Empties a child list. The children stay where they are, reached by nothing.
     void clearChildren(unsigned id);
+
+    /// Puts the children of a node in the order that `isBefore` tells of their ids. No walk may be among
+    /// them.
+    template<typename IsBefore>
+    void sortChildren(unsigned id, const IsBefore& isBefore);
+    /// Has the node opened or closed when the tree is next drawn, opened with those above it. A stale id does
+    /// nothing. No more is kept than one request a node, and none for one that is gone.
+    void requestOpen(unsigned id, bool open);
 
     /// Inside an ImGui frame. Runs host functors: what the user presses acts at once. Null for a tree that is
     /// shown whole.
@@ -111,7 +121,8 @@ private:
         bool indexStale = true;          ///< from the first search on there is an index
         std::vector<Place> places;       ///< by node
         ChangeLog changes;
-        std::shared_ptr<TreeLines> lines; ///< null until the tree is first drawn
+        std::shared_ptr<TreeLines> lines;            ///< null until the tree is first drawn
+        std::unordered_map<unsigned, bool> openings; ///< nodes to open or close at the next draw
     };
 
     // These run host functors.
@@ -122,6 +133,7 @@ private:
     void addChildValue(Sums& sums, ChildWalk& walk, Render& render) const;
 
     // These don't.
+    void takeOpenings(const Render& render);
     void foldSums(Sums& sums, const ChildWalk& walk, unsigned topDepth) const;
     static void foldSums(Sums& sums, std::size_t count);
     bool isListed(unsigned id) const;
@@ -205,6 +217,19 @@ void Tree::forEachNode(const Visit& visit) const
             walk.enter();
         }
     } while (walk.leave());
+}
+
+template<typename IsBefore>
+void Tree::sortChildren(unsigned id, const IsBefore& isBefore)
+{
+    closeGaps(id);
+    std::vector<unsigned>& children = m_nodes[id].children;
+    if (std::is_sorted(children.begin(), children.end(), isBefore))
+        return;
+    std::sort(children.begin(), children.end(), isBefore);
+    for (std::size_t position = 0; position < children.size(); ++position)
+        m_derived.places[children[position]].position = static_cast<unsigned>(position);
+    m_derived.changes.note(id);
 }
 
 /// The getter of a children counter. It has a type of its own so that sums of sums are added up without one

@@ -53,14 +53,22 @@ void drawBar(const ItemCounter& item, const Watch& watch)
     ImGui::PopItemWidth();
 }
 
-template<typename Watch>
-void drawLimitedValue(const ItemCounter& item, const Watch& watch)
+void drawLimit(const std::string& limit, bool crossed)
 {
-    widgets::text(item.minText);
+    if (!crossed)
+        return widgets::text(limit);
+    const widgets::ColorScope color(ImGuiCol_Text, high);
+    widgets::text(limit);
+}
+
+template<typename Watch>
+void drawLimitedValue(const ItemCounter& item, ECrossed crossed, const Watch& watch)
+{
+    drawLimit(item.minText, crossed == ECrossed::Min);
     ImGui::SameLine(0.0f, -1.0f);
     drawBar(item, watch);
     ImGui::SameLine(0.0f, -1.0f);
-    widgets::text(item.maxText);
+    drawLimit(item.maxText, crossed == ECrossed::Max);
 }
 
 bool drawCaption(const std::string& name, bool hasChildren, bool opensAtFirst)
@@ -89,7 +97,7 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
             watchHistory(slot);
     };
     if (item.counter->hasLimits) {
-        drawLimitedValue(item, watch);
+        drawLimitedValue(item, options.markOutside ? item.crossed : ECrossed::None, watch);
     } else {
         widgets::text(item.valueText);
         watch();

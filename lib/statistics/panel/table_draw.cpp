@@ -148,13 +148,26 @@ std::size_t Render::drawTableColumns(unsigned slot, Table& table)
     return events.doubleClicked < item->rows.size() ? events.doubleClicked : NO_INDEX;
 }
 
+namespace {
+
+widgets::ESortArrow sortArrow(const Table& table, std::size_t column)
+{
+    if (column != table.m_sortColumn)
+        return widgets::ESortArrow::None;
+    return table.m_sortAscending ? widgets::ESortArrow::Up : widgets::ESortArrow::Down;
+}
+
+} // namespace
+
 void Render::drawTableHeader(unsigned slot, Table& table, std::size_t columns)
 {
     const widgets::HeaderScope spacing;
     for (std::size_t column = 0; column < columns; ++column) {
         const widgets::IdScope id(column);
+        const widgets::ESortArrow arrow =
+            options.sortArrows ? sortArrow(table, column) : widgets::ESortArrow::None;
         // Getters behind a click on an earlier column may have changed the columns.
-        if (column < table.m_header.size() && widgets::headerButton(table.m_header[column].caption))
+        if (column < table.m_header.size() && widgets::headerButton(table.m_header[column].caption, arrow))
             sortTable(slot, table, column);
         ImGui::NextColumn();
     }

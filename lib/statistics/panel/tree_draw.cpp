@@ -87,6 +87,7 @@ void Tree::draw(Render& render, const Filter* filter)
         return;
     if (!m_derived.lines)
         m_derived.lines = std::make_shared<TreeLines>();
+    takeOpenings(render);
     // Held: a functor may replace the tree.
     const std::shared_ptr<TreeLines> lines = m_derived.lines;
     const StateScope states(lines->begin(*this, render, filter));

@@ -4,6 +4,11 @@
 
 namespace statistics::widgets {
 
+ImGuiID treeRootId()
+{
+    return ImGui::GetID(""); // of the root's TreePush
+}
+
 /// Over every byte, where ImGui's own labels are read for "###", and apart from what else stands in the
 /// scope: an empty name isn't the scope itself.
 ImGuiID treeNodeId(ImGuiID parent, const std::string& name)

@@ -11,6 +11,8 @@ namespace statistics::widgets {
 /// and none starts open because another once did. True if it is open; then `ImGui::TreePop` ends it.
 /// `opensAtFirst` holds until the user opens or closes it.
 bool treeNode(const std::string& name, bool opensAtFirst = false);
+/// The scope in which a tree's first level stands, told where its root is about to be drawn.
+ImGuiID treeRootId();
 /// What the node of this name is known by in the scope `parent`, ImGui's storage included.
 ImGuiID treeNodeId(ImGuiID parent, const std::string& name);
 

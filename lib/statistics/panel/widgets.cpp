@@ -307,7 +307,27 @@ float columnWidthFor(const std::string& text)
 
 HeaderScope::HeaderScope() : m_spacing(ImGuiStyleVar_ItemSpacing, layout::scaled(layout::kHeaderSpacing)) {}
 
-bool headerButton(const std::string& caption)
+namespace {
+
+/// At the right end of the button, with the measures of ImGui's own tables; gives back where it begins.
+/// Nothing, and the button's end, where the button is too narrow.
+float drawSortArrow(const ImRect& button, ESortArrow arrow)
+{
+    constexpr float kScale = 0.65f; // of the font
+    const float width = std::floor(ImGui::GetFontSize() * kScale + ImGui::GetStyle().FramePadding.x);
+    const float left = button.Max.x - width - ImGui::GetStyle().FramePadding.x;
+    if (arrow == ESortArrow::None || left < button.Min.x)
+        return button.Max.x;
+    const ImVec2 corner(left, std::floor(button.GetCenter().y - ImGui::GetFontSize() * kScale / 2.0f));
+    if (isLastItemShown())
+        ImGui::RenderArrow(ImGui::GetWindowDrawList(), corner, ImGui::GetColorU32(ImGuiCol_Text),
+                           arrow == ESortArrow::Up ? ImGuiDir_Up : ImGuiDir_Down, kScale);
+    return left;
+}
+
+} // namespace
+
+bool headerButton(const std::string& caption, ESortArrow arrow)
 {
     const ImGuiStyle& style = ImGui::GetStyle();
     const ImVec2 size(std::max(ImGui::GetColumnWidth(-1) - layout::scaled(layout::kHeaderGap), 1.0f),
@@ -318,7 +338,10 @@ bool headerButton(const std::string& caption)
     const float padding = std::min(style.FramePadding.y, (size.y - ImGui::GetFontSize()) / 2.0f);
     ImRect inside = button;
     inside.Expand(ImVec2(-style.FramePadding.x, -padding));
-    drawClipped(caption, inside.Min, inside.Max, style.ButtonTextAlign, button);
+    ImRect clip = button;
+    clip.Max.x = drawSortArrow(button, arrow);
+    inside.Max.x = std::min(inside.Max.x, clip.Max.x);
+    drawClipped(caption, inside.Min, inside.Max, style.ButtonTextAlign, clip);
     return pressed;
 }
 

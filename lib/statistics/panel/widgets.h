@@ -114,8 +114,10 @@ public:
 private:
     StyleVarScope m_spacing;
 };
-/// The button on top of a column.
-bool headerButton(const std::string& caption);
+enum class ESortArrow { None, Up, Down };
+/// The button on top of a column. An arrow stands at its right end, where there is room; the caption ends
+/// before it.
+bool headerButton(const std::string& caption, ESortArrow arrow = ESortArrow::None);
 /// A text that selects the whole row, beneath what follows in it.
 bool rowSelectable(const std::string& text, bool selected);
 /// `fraction` below zero or NaN shows an empty bar. The overlay stands behind the filled part.

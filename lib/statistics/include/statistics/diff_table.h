@@ -15,7 +15,7 @@ namespace statistics {
 struct DiffTableRow {
     std::string caption;              ///< path of the counter in the tree
     std::vector<CounterValue> values; ///< one per column; `Int` 0 where a snapshot doesn't have the caption
-    bool changed = false;             ///< the values aren't all equal
+    bool changed = false;             ///< some value differs from the first
 };
 
 /// One compared snapshot.
@@ -55,6 +55,10 @@ public:
     void setValue(std::size_t row, std::size_t column, const CounterValue& value);
     /// Recomputes the row's flag: some value differs from the first.
     void updateChanged(DiffTableRow& row);
+    /// Recomputes all flags: from then on two numbers that differ by less than `tolerance` times the larger
+    /// magnitude count as equal, and NaN as equal to NaN. 0, as at first, compares exactly, as texts always
+    /// are.
+    void setTolerance(float tolerance);
 
     std::vector<DiffTableRow> m_rows;
     std::vector<DiffTableColumn> m_columns;
@@ -64,6 +68,8 @@ private:
     struct Cell;
     class NewRows;
 
+    bool differs(const CounterValue& value, const CounterValue& first) const;
+    bool isChangedWithout(const DiffTableRow& row, std::size_t position) const;
     std::size_t columnOf(std::size_t snapshot) const;
     std::vector<Cell> gather(const Entries& entries);
     void reserveColumn();
@@ -71,6 +77,8 @@ private:
     bool isIndexed(std::uint32_t hash, const std::string& caption, std::size_t& row) const;
     void addToIndex(std::uint32_t hash, std::size_t row);
     void rebuildIndex();
+
+    float m_tolerance = 0;
 
     // Derived from the captions, can be thrown away at any time.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> m_index; ///< hash and row; see the source

@@ -14,14 +14,17 @@ struct Options {
     bool filter = false;
     /// Of the panel: 0 clear to 1 opaque. Others are clamped, NaN is 0.
     float background = 0;
-    /// The limit that a counter has crossed is shown in the bar's colour for values outside.
+    /// The limit that a counter has crossed is shown in the bar's colour for values outside, from the
+    /// counter's next sample on.
     bool markOutside = false;
     /// A triangle on the header of the column by which a table is sorted.
     bool sortArrows = false;
-    /// Folders and check boxes of snapshots by name; the store keeps the order in which it found them.
+    /// Folders and check boxes of snapshots by name, numbers in it by their value; the store keeps the order
+    /// in which it found them.
     bool sortSnapshots = false;
-    /// Rows of the comparison whose values differ by less, relative to the larger one, aren't flagged.
-    /// Negative ones and NaN count as 0.
+    /// Rows of the comparison whose values differ from the first by less, relative to the larger magnitude,
+    /// aren't flagged (`DiffTable::setTolerance`). Texts are compared exactly. Negative ones and NaN count as
+    /// 0.
     float compareTolerance = 0;
 };
 

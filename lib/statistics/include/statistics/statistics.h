@@ -13,6 +13,19 @@
 #include <functional>
 #include <string>
 
+/// A host in few lines:
+///
+///     statistics::System::initialize();
+///     statistics::Options options;
+///     options.background = 0.9f; // the panel is clear at first
+///     statistics::System::instance()->setOptions(options);
+///     statistics::label("Frame");
+///     ...
+///     statistics::System::instance()->update(seconds, true); // in each frame,
+///     statistics::System::instance()->draw();                // between ImGui::NewFrame and ImGui::Render
+///     ...
+///     statistics::System::shutdown();
+///
 /// The free functions: the members of `System` that hosts use most, safe to call at any time. Without an
 /// instance they do nothing and give `INVALID_ID` or an empty text; arguments are dropped. A null text counts
 /// as no name and gives `INVALID_ID`.

@@ -80,6 +80,10 @@ public:
     /// Samples the node's item at once, outside its period, by running its functors. A stale id does nothing;
     /// but one that has been given out again since is somebody else's node: drop ids when you remove.
     void updateNode(unsigned id);
+    /// Opens or closes the node on the panel when that is next drawn, as the user would: from then on it is
+    /// the user's again. Opening opens the nodes above it, too. Of several calls for one node the last
+    /// counts. A stale id does nothing.
+    void openNode(unsigned id, bool open);
     /// Removes the node with all below it; needs no memory. A stale id does nothing, with the same trap: ids
     /// are given out again, the one freed last first. The root is reported and stays.
     void removeItem(unsigned id);
