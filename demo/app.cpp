@@ -40,13 +40,13 @@ App::App(const Options& options)
 
 void App::describe(const std::string& procFolder)
 {
-    watchFrame(m_book, m_clock);
-    watchWork(m_book, m_particles);
-    const unsigned process = watchProcess(m_book, m_process);
-    m_threads.emplace(m_book, process, m_reader, m_notices);
-    m_mappings.emplace(m_book, process, m_reader, m_notices);
-    const unsigned machine = watchMachine(m_book, m_machine);
-    m_processes.emplace(m_book, machine, procFolder, m_reader, m_notices);
+    watchFrame(m_clock);
+    watchWork(m_particles);
+    const unsigned process = watchProcess(m_process);
+    m_threads.emplace(process, m_reader, m_notices);
+    m_mappings.emplace(process, m_reader, m_notices);
+    const unsigned machine = watchMachine(m_machine);
+    m_processes.emplace(machine, procFolder, m_reader, m_notices);
 }
 
 void App::keepSnapshots(const std::filesystem::path& state)

@@ -7,7 +7,7 @@
 #include "notices.h"
 #include "options.h"
 #include "pacer.h"
-#include "panel_book.h"
+#include "panel_items.h"
 #include "particles.h"
 #include "presets.h"
 #include "process_probe.h"
@@ -53,7 +53,6 @@ public:
 
     FrameClock& clock() { return m_clock; }
     Particles& particles() { return m_particles; }
-    const PanelBook& book() const { return m_book; }
     Presets& presets() { return m_presets; }
     const Presets& presets() const { return m_presets; }
     /// Null if there are none.
@@ -81,7 +80,6 @@ private:
     MachineProbe m_machine;
     Period m_processPeriod;
     Period m_machinePeriod;
-    PanelBook m_book;
     Notices m_notices;
     Settings m_settings;
     ReaderThread m_reader;

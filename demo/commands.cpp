@@ -24,10 +24,10 @@ void complain(const std::string& text)
     std::fprintf(stderr, "statistics_demo: %s\n", text.c_str());
 }
 
-int list(const App& app)
+int list()
 {
-    for (const std::string& path : app.book().paths())
-        std::printf("%s\n", path.c_str());
+    System::instance()->forEachCounter(
+        [](const CounterReading& reading) { std::printf("%s\n", reading.path.c_str()); });
     return kFine;
 }
 
@@ -128,7 +128,7 @@ int runApp(const Options& options, const Run& run)
     if (!app.choosePreset(options.preset))
         return refuse(app, options.preset);
     if (options.list)
-        return list(app);
+        return list();
     if (options.record)
         return record(app, options);
     if (!options.check)

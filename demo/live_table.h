@@ -1,7 +1,7 @@
 #pragma once
 
 #include "measure.h"
-#include "panel_book.h"
+#include "panel_items.h"
 #include "reader_thread.h"
 
 #include <statistics/statistics.h>
@@ -36,14 +36,14 @@ public:
     using Action = std::function<void(const Row&)>;
 
     /// Stands under `parent`, a counter that sums up the rows. `arrange` may take rows out of a reading.
-    LiveTable(PanelBook& book, unsigned parent, float period, ReaderThread& reader, Read read,
-              Arrange arrange = {})
+    LiveTable(unsigned parent, float period, ReaderThread& reader, Read read, Arrange arrange = {})
         : m_period(period),
           m_reader(reader),
           m_reading(std::make_shared<Reading>(std::move(read))),
           m_arrange(std::move(arrange)),
           m_parent(parent),
-          m_id(book.table("Table", parent, kNeverAgain, [this] { return m_rows.size(); }))
+          m_id(statistics::System::instance()->createTable(
+              "Table", [this] { return m_rows.size(); }, kNeverAgain, parent))
     {
     }
     LiveTable(const LiveTable&) = delete; // the library's functors hold the address

@@ -29,9 +29,9 @@ std::string nameOf(const std::string& path)
 
 } // namespace
 
-MappingTable::MappingTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices)
-    : m_table(book, book.sum("Mappings", parent, kPeriod, {"%.3f MiB in memory"}, kResidentColumn), kPeriod,
-              reader, [] { return parseMappings(readText("/proc/self/smaps").value_or("")); })
+MappingTable::MappingTable(unsigned parent, ReaderThread& reader, Notices& notices)
+    : m_table(addSum("Mappings", parent, kPeriod, {"%.3f MiB in memory"}, kResidentColumn), kPeriod, reader,
+              [] { return parseMappings(readText("/proc/self/smaps").value_or("")); })
 {
     addColumns();
     addActions(notices);

@@ -3,7 +3,7 @@
 #include "live_table.h"
 #include "mapping_list.h"
 #include "notices.h"
-#include "panel_book.h"
+#include "panel_items.h"
 #include "reader_thread.h"
 
 namespace demo {
@@ -13,7 +13,7 @@ namespace demo {
 class MappingTable {
 public:
     /// Stands under a counter that sums what is in memory.
-    MappingTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices);
+    MappingTable(unsigned parent, ReaderThread& reader, Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 

@@ -60,7 +60,7 @@ void describe(CLI::App& parser, Options& options)
         parser.add_option(name, target, about)->type_name(type)->check(isNotEmpty);
     };
     CLI::Option* const list =
-        parser.add_flag("--list", options.list, "Print the path of every item on the panel and quit");
+        parser.add_flag("--list", options.list, "Print the path of every counter on the panel and quit");
     CLI::Option* const check =
         time("--check", options.check,
              "Run without a window for so long, print what is outside its limits or has no value");

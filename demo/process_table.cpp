@@ -33,11 +33,10 @@ void takeOutHidden(std::vector<Row>& rows, std::set<TaskKey>& hidden)
     hidden = std::move(found);
 }
 
-ProcessTable::ProcessTable(PanelBook& book, unsigned parent, std::string folder, ReaderThread& reader,
-                           Notices& notices)
+ProcessTable::ProcessTable(unsigned parent, std::string folder, ReaderThread& reader, Notices& notices)
     : m_folder(std::move(folder)),
       m_table(
-          book, book.sum("Processes", parent, kPeriod, {"%u processes"}), kPeriod, reader,
+          addSum("Processes", parent, kPeriod, {"%u processes"}), kPeriod, reader,
           [list = std::make_shared<ProcessList>(m_folder)] { return list->read(); },
           [this](std::vector<Row>& rows) { takeOutHidden(rows, m_hidden); })
 {

@@ -2,7 +2,7 @@
 
 #include "live_table.h"
 #include "notices.h"
-#include "panel_book.h"
+#include "panel_items.h"
 #include "process_list.h"
 #include "reader_thread.h"
 
@@ -18,8 +18,7 @@ namespace demo {
 class ProcessTable {
 public:
     /// Stands under a counter of its rows. `folder` is "/proc", or where another machine's is mounted.
-    ProcessTable(PanelBook& book, unsigned parent, std::string folder, ReaderThread& reader,
-                 Notices& notices);
+    ProcessTable(unsigned parent, std::string folder, ReaderThread& reader, Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 

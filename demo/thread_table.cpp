@@ -18,9 +18,9 @@ constexpr std::size_t kTimeColumn = 3;
 
 } // namespace
 
-ThreadTable::ThreadTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices)
-    : m_table(book, book.sum("Threads", parent, kPeriod, {"%u s of processor time"}, kTimeColumn), kPeriod,
-              reader, [list = std::make_shared<ThreadList>(kOwnThreads)] { return list->read(); })
+ThreadTable::ThreadTable(unsigned parent, ReaderThread& reader, Notices& notices)
+    : m_table(addSum("Threads", parent, kPeriod, {"%u s of processor time"}, kTimeColumn), kPeriod, reader,
+              [list = std::make_shared<ThreadList>(kOwnThreads)] { return list->read(); })
 {
     addColumns();
     addActions(notices);

@@ -2,7 +2,7 @@
 
 #include "live_table.h"
 #include "notices.h"
-#include "panel_book.h"
+#include "panel_items.h"
 #include "reader_thread.h"
 #include "thread_list.h"
 
@@ -13,7 +13,7 @@ namespace demo {
 class ThreadTable {
 public:
     /// Stands under a counter that sums the threads' processor time.
-    ThreadTable(PanelBook& book, unsigned parent, ReaderThread& reader, Notices& notices);
+    ThreadTable(unsigned parent, ReaderThread& reader, Notices& notices);
 
     void refresh(float dt, bool hold) { m_table.refresh(dt, hold); }
 

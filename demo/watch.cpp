@@ -14,20 +14,19 @@ constexpr float kSlow = 5;         // seconds
 
 /// A group of values that a probe keeps in one place.
 struct Group {
-    PanelBook& book;
     unsigned node;
     float period;
 
     void show(const std::string& name, const CounterValue& value, const Look& look) const
     {
-        book.counter(
+        addCounter(
             name, node, period, [&value] { return value; }, look);
     }
 
-    Group label(const std::string& name) const { return {book, book.label(name, node), period}; }
+    Group label(const std::string& name) const { return {addLabel(name, node), period}; }
     Group sum(const std::string& name, const Look& look) const
     {
-        return {book, book.sum(name, node, period, look), period};
+        return {addSum(name, node, period, look), period};
     }
 };
 
@@ -43,7 +42,7 @@ void watchProcessMemory(const Group& memory, const ProcessReading& reading)
 void watchLoad(const Group& load, const MachineReading& reading)
 {
     load.show("1 minute", reading.load1, {"%.2f tasks", "%.1f", "machine.load"});
-    const Group slow{load.book, load.node, kSlow};
+    const Group slow{load.node, kSlow};
     slow.show("5 minutes", reading.load5, {"%.2f tasks"});
     slow.show("15 minutes", reading.load15, {"%.2f tasks"});
 }
@@ -65,46 +64,46 @@ void watchWaiting(const Group& waiting, const MachineReading& reading)
 
 } // namespace
 
-void watchFrame(PanelBook& book, const FrameClock& clock)
+void watchFrame(const FrameClock& clock)
 {
-    const unsigned frame = book.label("Frame");
-    book.counter("Rate", frame, kReadable, [&clock] { return clock.rate(); },
-                 {"%.1f frames/s", "%.0f", "frame.rate"});
-    book.counter("Time", frame, kReadable, [&clock] { return clock.averageFrame(); },
-                 {"%.2f ms", "%.0f", "frame.time"});
-    book.counter("Longest in a second", frame, kReadable, [&clock] { return clock.longestFrame(); },
-                 {"%.2f ms", "%.0f", "frame.longest"});
-    book.counter("Last", frame, kEveryFrame, [&clock] { return clock.lastFrame(); }, {"%.3f ms"});
-    book.counter("Count", frame, kEveryFrame, [&clock] { return CounterValue(clock.frames()); }, {"%u"});
+    const unsigned frame = addLabel("Frame");
+    addCounter("Rate", frame, kReadable, [&clock] { return clock.rate(); },
+               {"%.1f frames/s", "%.0f", "frame.rate"});
+    addCounter("Time", frame, kReadable, [&clock] { return clock.averageFrame(); },
+               {"%.2f ms", "%.0f", "frame.time"});
+    addCounter("Longest in a second", frame, kReadable, [&clock] { return clock.longestFrame(); },
+               {"%.2f ms", "%.0f", "frame.longest"});
+    addCounter("Last", frame, kEveryFrame, [&clock] { return clock.lastFrame(); }, {"%.3f ms"});
+    addCounter("Count", frame, kEveryFrame, [&clock] { return CounterValue(clock.frames()); }, {"%u"});
 
-    const unsigned stages = book.sum("Stages", frame, kReadable, {"%.2f ms"});
+    const unsigned stages = addSum("Stages", frame, kReadable, {"%.2f ms"});
     for (std::size_t i = 0; i < kStageCount; ++i) {
         const auto stage = static_cast<EStage>(i);
-        book.counter(stageName(stage), stages, kReadable, [&clock, stage] { return clock.stageTime(stage); },
-                     {"%.3f ms"});
+        addCounter(stageName(stage), stages, kReadable, [&clock, stage] { return clock.stageTime(stage); },
+                   {"%.3f ms"});
     }
 }
 
-void watchWork(PanelBook& book, const Particles& particles)
+void watchWork(const Particles& particles)
 {
-    const unsigned work = book.label("Work");
-    book.counter("Particles", work, kReadable, [&particles] { return CounterValue(particles.count()); },
-                 {"%d", "%.0f", "work.particles"});
-    book.counter("Steps in a frame", work, kReadable,
-                 [&particles] { return CounterValue(particles.steps()); }, {"%d"});
-    book.counter("Speed", work, kProcessPeriod, [&particles] { return particles.speed(); },
-                 {"%.2f million steps/s"});
-    const unsigned workers = book.sum("Workers", work, kProcessPeriod, {"%.0f %% of one processor"});
+    const unsigned work = addLabel("Work");
+    addCounter("Particles", work, kReadable, [&particles] { return CounterValue(particles.count()); },
+               {"%d", "%.0f", "work.particles"});
+    addCounter("Steps in a frame", work, kReadable, [&particles] { return CounterValue(particles.steps()); },
+               {"%d"});
+    addCounter("Speed", work, kProcessPeriod, [&particles] { return particles.speed(); },
+               {"%.2f million steps/s"});
+    const unsigned workers = addSum("Workers", work, kProcessPeriod, {"%.0f %% of one processor"});
     for (std::size_t i = 0; i < particles.workers().size(); ++i) {
-        book.counter("Worker " + std::to_string(i + 1), workers, kProcessPeriod,
-                     [&particles, i] { return particles.workers().busyPercent(i); }, {"%.1f %%"});
+        addCounter("Worker " + std::to_string(i + 1), workers, kProcessPeriod,
+                   [&particles, i] { return particles.workers().busyPercent(i); }, {"%.1f %%"});
     }
 }
 
-unsigned watchProcess(PanelBook& book, const ProcessProbe& probe)
+unsigned watchProcess(const ProcessProbe& probe)
 {
     const ProcessReading& reading = probe.reading();
-    const Group process{book, book.label("Process"), kProcessPeriod};
+    const Group process{addLabel("Process"), kProcessPeriod};
     process.show("Thread count", reading.threads, {"%u"});
 
     const Group processor = process.sum("Processor", {"%.0f %%", "%.0f", "process.processor"});
@@ -124,10 +123,10 @@ unsigned watchProcess(PanelBook& book, const ProcessProbe& probe)
     return process.node;
 }
 
-unsigned watchMachine(PanelBook& book, const MachineProbe& probe)
+unsigned watchMachine(const MachineProbe& probe)
 {
     const MachineReading& reading = probe.reading();
-    const Group machine{book, book.label("Machine"), kMachinePeriod};
+    const Group machine{addLabel("Machine"), kMachinePeriod};
     machine.show("Context switches", reading.contextSwitches, {"%.0f /s"});
     machine.show("New processes", reading.newProcesses, {"%.1f /s"});
     watchLoad(machine.label("Load"), reading);
