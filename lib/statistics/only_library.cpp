@@ -12,9 +12,10 @@ namespace statistics {
 
 bool isOnlyLibrary()
 {
+    const wchar_t* const names[] = {L"statistics.dll", L"libstatistics.dll", L"statistics_headless.dll",
+                                    L"libstatistics_headless.dll"};
     int loaded = 0;
-    for (const wchar_t* name :
-         {L"statistics.dll", L"libstatistics.dll", L"statistics_headless.dll", L"libstatistics_headless.dll"})
+    for (const wchar_t* name : names)
         if (GetModuleHandleW(name))
             ++loaded;
     return loaded < 2;
