@@ -20,14 +20,28 @@ namespace {
 
 constexpr float kCaptionWidth = 150;         // right of a slider or field
 constexpr std::size_t kMostWarnings = 200;   // lines
+constexpr std::size_t kHistory = 240;        // samples: a minute of what is sampled four times a second
 constexpr std::size_t kLongestMessage = 300; // bytes
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
 const ImVec4 kFine(0.45f, 0.75f, 0.35f, 1);
+
+/// All that the plain panel doesn't have, and the groups open that a user looks at first.
+void setUpPanel()
+{
+    statistics::Options options;
+    options.history = kHistory;
+    options.background = 0.9f;
+    options.filter = options.markOutside = options.sortArrows = options.sortSnapshots = true;
+    System::instance()->setOptions(options);
+    for (const char* group : {"Frame", "Work"})
+        System::instance()->openNode(statistics::getItemIndex(group), true);
+}
 
 } // namespace
 
 HostWindows::HostWindows(App& app) : m_app(app)
 {
+    setUpPanel();
     app.notices().copy = [](const std::string& text) { ImGui::SetClipboardText(text.c_str()); };
 }
 
@@ -35,6 +49,7 @@ void HostWindows::draw(float dt)
 {
     const ImVec2 display = ImGui::GetIO().DisplaySize;
     m_displayChanged = display.x != m_display.x || display.y != m_display.y;
+    m_displayResized = m_displayChanged && m_display.x > 0;
     m_display = display;
     m_places = placesFor(display);
     drawScene();
@@ -46,7 +61,7 @@ void HostWindows::draw(float dt)
 
 bool HostWindows::begin(const char* title, const Place& place, bool* open) const
 {
-    setNextPlace(place);
+    setNextPlace(place, m_displayResized);
     const bool visible = ImGui::Begin(title, open);
     if (m_displayChanged)
         keepOnDisplay(place);
@@ -147,7 +162,7 @@ void HostWindows::drawFolders()
 
 void HostWindows::drawPanel()
 {
-    setNextPlace(m_places.panel);
+    setNextPlace(m_places.panel, m_displayResized);
     try {
         System::instance()->draw();
     } catch (const std::filesystem::filesystem_error& error) {

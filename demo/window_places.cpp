@@ -47,10 +47,11 @@ WindowPlaces placesFor(ImVec2 display)
     return wide ? sideBySide(display) : stacked(display);
 }
 
-void setNextPlace(const Place& place)
+void setNextPlace(const Place& place, bool now)
 {
-    ImGui::SetNextWindowPos(place.position, ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowSize(place.size, ImGuiCond_FirstUseEver);
+    const ImGuiCond when = now ? ImGuiCond_Always : ImGuiCond_FirstUseEver;
+    ImGui::SetNextWindowPos(place.position, when);
+    ImGui::SetNextWindowSize(place.size, when);
 }
 
 void keepOnDisplay(const Place& place)

@@ -22,8 +22,8 @@ struct WindowPlaces {
 /// has the whole width, the others stand below, and details in front of the panel.
 WindowPlaces placesFor(ImVec2 display);
 
-/// Puts the next window at its place, the first time that it shows.
-void setNextPlace(const Place& place);
+/// Puts the next window at its place the first time that it shows, or now.
+void setNextPlace(const Place& place, bool now);
 /// Puts the current window at its place if it isn't wholly on the display.
 void keepOnDisplay(const Place& place);
 

@@ -13,7 +13,7 @@ class [[nodiscard]] SettledOrder {
 public:
     enum class EReason { Sort, Refresh };
 
-    SettledOrder(const Table& table, EReason reason) noexcept;
+    SettledOrder(const Table& table, EReason why) noexcept;
     ~SettledOrder();
     SettledOrder(const SettledOrder&) = delete;
     SettledOrder& operator=(const SettledOrder&) = delete;

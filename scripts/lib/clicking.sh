@@ -46,6 +46,12 @@ place_in_row() {
     read -r -a row < <(place_of "$1") && read -r -a column < <(place_of "$2") && echo "${column[0]} ${row[1]}"
 }
 
+# place_beside <text> <pixels>: as far to the right of the text's middle
+place_beside() {
+    local text
+    read -r -a text < <(place_of "$1") && echo "$((text[0] + $2)) ${text[1]}"
+}
+
 # is_found <place function> <argument>...
 is_found() { [[ -n $("$@") ]]; }
 

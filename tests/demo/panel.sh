@@ -30,7 +30,6 @@ click Save 2 # of Desktop's row: it saves what is active
 wait_for "message" is_shown "(saved as battery.json)"
 check "Battery's limits in its file" grep -q '"max": 5000.0' "$config/battery.json"
 sed -i 's/5000.0/123456.0/' "$config/battery.json"
-click Work
 click Load 1
 wait_for "limit of the loaded file" is_shown 123456
 click "Save As" 3

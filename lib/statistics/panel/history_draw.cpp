@@ -124,7 +124,7 @@ bool passesTime(float period)
 std::string spanText(std::size_t samples, float period)
 {
     const auto count = static_cast<unsigned>(samples);
-    const std::string text = Orv::orv_format("%u sample%s", count, count == 1 ? "" : "s");
+    std::string text = Orv::orv_format("%u sample%s", count, count == 1 ? "" : "s");
     if (!passesTime(period))
         return text;
     return text + Orv::orv_format(" over %g", static_cast<double>(samples) * static_cast<double>(period));

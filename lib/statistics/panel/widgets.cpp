@@ -219,7 +219,7 @@ public:
         std::fill_n(m_text.begin(), breaks, '\n');
         std::copy_n(kBlank, 9, m_text.begin() + static_cast<std::ptrdiff_t>(breaks));
     }
-    const char* c_str() const { return m_text.data(); }
+    const char* text() const { return m_text.data(); }
 
 private:
     std::array<char, 64> m_text;
@@ -233,7 +233,7 @@ bool wideCheckBox(const std::string& caption, bool* value)
     ImVec2 spacing = ImGui::GetStyle().ItemInnerSpacing;
     spacing.x += sizeOf(caption).x - sizeOf(" ").x;
     const StyleVarScope space(ImGuiStyleVar_ItemInnerSpacing, spacing);
-    return ImGui::Checkbox(label.c_str(), value);
+    return ImGui::Checkbox(label.text(), value);
 }
 
 } // namespace
