@@ -1,5 +1,6 @@
-// A host without a window for the benchmarks, and the scenes that several of them measure.
 #pragma once
+
+// A host without a window for the benchmarks, and the scenes that several of them measure.
 
 #include "offscreen/context.h"
 #include "support/test_access.h"

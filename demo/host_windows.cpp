@@ -185,10 +185,9 @@ void HostWindows::drawWarnings(float dt)
         if (m_warnings.empty())
             showText("Everything is within its limits.");
         std::size_t count = 0;
-        for (const std::string& path : m_warnings) {
+        for (const std::string& path : m_warnings)
             if (count++ < kMostWarnings)
                 showText(path);
-        }
         ImGui::PopStyleColor();
     }
     ImGui::End();

@@ -18,7 +18,7 @@ unsigned workerCount()
 {
     // One processor is the caller's, and a machine shall stay usable beside a demo.
     const unsigned processors = std::thread::hardware_concurrency();
-    return std::clamp(processors, 2U, 5U) - 1;
+    return std::clamp(processors, 2u, 5u) - 1;
 }
 
 } // namespace
@@ -93,10 +93,9 @@ void Particles::advance(float dt)
         });
     }
     m_done += static_cast<double>(m_steps) * static_cast<double>(m_particles.size());
-    for (Particle& particle : m_particles) {
+    for (Particle& particle : m_particles)
         if (particle.x * particle.x + particle.y * particle.y > kFarthest * kFarthest)
             particle = newParticle();
-    }
 }
 
 void Particles::measure()

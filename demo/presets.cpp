@@ -35,7 +35,7 @@ struct KnownPreset {
 /// takes the limits of a key that a preset lacks for zeros.
 std::vector<KnownPreset> knownPresets()
 {
-    const auto processors = static_cast<float>(std::max(std::thread::hardware_concurrency(), 1U));
+    const auto processors = static_cast<float>(std::max(std::thread::hardware_concurrency(), 1u));
     return {
         {"Battery",
          {{"frame.rate", {20, 70}},
@@ -169,10 +169,9 @@ std::vector<std::string> Presets::problems() const
     std::vector<std::string> problems;
     if (!m_folderProblem.empty())
         problems.push_back(m_folderProblem);
-    for (const Entry& entry : m_entries) {
+    for (const Entry& entry : m_entries)
         if (!entry.problem.empty())
             problems.push_back((m_folder / entry.file).string() + " " + entry.problem);
-    }
     return problems;
 }
 

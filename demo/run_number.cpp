@@ -32,10 +32,9 @@ std::uint64_t toRunNumber(std::string_view digits)
 std::uint64_t highestIn(const fs::path& snapshots)
 {
     std::uint64_t highest = 0;
-    for (const std::string_view name : entriesOf(snapshots)) {
+    for (const std::string_view name : entriesOf(snapshots))
         if (name.substr(0, kRun.size()) == kRun)
             highest = std::max(highest, toRunNumber(name.substr(kRun.size())));
-    }
     return highest;
 }
 

@@ -109,7 +109,7 @@ std::string put(const fs::path& path, const std::string& text, EOld old, bool la
 
     FreshFile fresh(target);
     problem =
-        fresh.write(text, isThereAlready ? std::optional(status.st_mode & 07777U) : std::nullopt, lasting);
+        fresh.write(text, isThereAlready ? std::optional(status.st_mode & 07777u) : std::nullopt, lasting);
     if (problem.empty() && old == EOld::StaysAside)
         problem = moveAside(target);
     return problem.empty() ? fresh.moveTo(target) : problem;

@@ -13,12 +13,12 @@ bool isControl(unsigned char c)
 bool isLateControl(std::string_view text, std::size_t at)
 {
     return text.substr(at, 1) == "\xc2" && at + 1 < text.size() &&
-           (static_cast<unsigned char>(text[at + 1]) & 0xe0U) == 0x80U;
+           (static_cast<unsigned char>(text[at + 1]) & 0xe0u) == 0x80u;
 }
 
 bool isInsideCharacter(char c)
 {
-    return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U;
+    return (static_cast<unsigned char>(c) & 0xc0u) == 0x80u;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
-// What the fuzzers feed with random bytes. The tests replay all seeds through the same functions.
 #pragma once
+
+// What the fuzzers feed with random bytes. The tests replay all seeds through the same functions.
 
 #include <cstddef>
 #include <cstdint>

@@ -29,11 +29,9 @@ OpenScopes openScopes()
 std::string describeImbalance(OpenScopes before, const OpenScopes& after)
 {
     std::string description;
-    for (const auto& [kind, count] : after) {
-        if (const int left = count - before[kind]) {
+    for (const auto& [kind, count] : after)
+        if (const int left = count - before[kind])
             description += (description.empty() ? "" : "; ") + kind + ": " + std::to_string(left);
-        }
-    }
     return description;
 }
 

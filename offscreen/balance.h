@@ -1,5 +1,6 @@
-// Tells what a scene opened in ImGui and left open, before ImGui's own end of the frame asserts on it.
 #pragma once
+
+// Tells what a scene opened in ImGui and left open, before ImGui's own end of the frame asserts on it.
 
 #include <map>
 #include <string>

@@ -1,5 +1,6 @@
-// An ImGui context without a window: frames are drawn and nobody sees them.
 #pragma once
+
+// An ImGui context without a window: frames are drawn and nobody sees them.
 
 #include <imgui.h>
 

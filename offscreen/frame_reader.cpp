@@ -47,9 +47,8 @@ std::vector<Shape> shapesOf(const ImDrawList& list, const ImDrawCmd& command)
     const ImDrawIdx* end = index + command.ElemCount;
     for (int last = -1; index != end; index += 3) {
         const auto [lowest, highest] = std::minmax({index[0], index[1], index[2]});
-        if (lowest > last) {
+        if (lowest > last)
             shapes.emplace_back();
-        }
         last = std::max<int>(last, highest);
         addTriangle(shapes.back(), vertices[index[0]], vertices[index[1]], vertices[index[2]]);
     }
@@ -93,11 +92,9 @@ public:
     {
         const std::size_t first = m_frame.texts.size();
         m_window = list._OwnerName ? list._OwnerName : "";
-        for (const ImDrawCmd& command : list.CmdBuffer) {
-            if (!command.UserCallback) {
+        for (const ImDrawCmd& command : list.CmdBuffer)
+            if (!command.UserCallback)
                 read(list, command);
-            }
-        }
         sortIntoLines(m_frame.texts.begin() + static_cast<std::ptrdiff_t>(first));
     }
 
@@ -108,13 +105,11 @@ private:
         m_clip = ImRect(command.ClipRect);
         m_clip.ClipWith(m_display);
         m_runIsOpen = false;
-        for (const Shape& shape : shapesOf(list, command)) {
-            if (const ImFontGlyph* glyph = glyphAt(shape.uv.GetCenter())) {
+        for (const Shape& shape : shapesOf(list, command))
+            if (const ImFontGlyph* glyph = glyphAt(shape.uv.GetCenter()))
                 readGlyph(shape, *glyph);
-            } else if (shape.color) {
+            else if (shape.color)
                 readSolid(shape);
-            }
-        }
     }
 
     // The atlas keeps its glyphs apart, so the middle of a quad tells the glyph, even where ImGui cut the
@@ -134,7 +129,7 @@ private:
         const ImVec2 pixels = quad.all.GetSize() / quad.uv.GetSize();
         const ImVec2 min = quad.all.Min + (ImVec2(glyph.U0, glyph.V0) - quad.uv.Min) * pixels;
         const ImVec2 max = quad.all.Min + (ImVec2(glyph.U1, glyph.V1) - quad.uv.Min) * pixels;
-        const ImVec2 center = (min + max) * 0.5F;
+        const ImVec2 center = (min + max) * 0.5f;
         if (m_clip.Contains(center) && quad.all.Contains(center)) {
             const float scale = (max.y - min.y) / (glyph.Y1 - glyph.Y0);
             append(glyph, min - ImVec2(glyph.X0, glyph.Y0) * scale, scale, quad.color);
@@ -159,10 +154,9 @@ private:
     // The spaces between the open run and the pen, or nothing if the pen stands somewhere else.
     std::optional<int> spacesUpTo(ImVec2 pen, float scale, ImU32 color) const
     {
-        constexpr float kRounding = 0.6F; // pixels
-        if (!m_runIsOpen || m_frame.texts.back().color != color) {
+        constexpr float kRounding = 0.6f; // pixels
+        if (!m_runIsOpen || m_frame.texts.back().color != color)
             return {};
-        }
         const float space = m_glyphs.GetCharAdvance(' ') * scale;
         const ImVec2 step = pen - ImVec2(m_frame.texts.back().max.x, m_frame.texts.back().min.y);
         const int spaces = static_cast<int>(std::lround(step.x / space));
@@ -172,14 +166,13 @@ private:
 
     void readSolid(const Shape& shape)
     {
-        constexpr float kFilled = 0.85F; // a rounded rectangle fills its bounds more than this, a disc 0.79
+        constexpr float kFilled = 0.85f; // a rounded rectangle fills its bounds more than this, a disc 0.79
         const ImVec2 size = shape.opaque.GetSize();
         const bool isRect = shape.uv.GetSize().x <= 0 && shape.area > kFilled * size.x * size.y;
-        ImRect seen((shape.opaque.Min + shape.all.Min) * 0.5F, (shape.opaque.Max + shape.all.Max) * 0.5F);
+        ImRect seen((shape.opaque.Min + shape.all.Min) * 0.5f, (shape.opaque.Max + shape.all.Max) * 0.5f);
         seen.ClipWith(m_clip);
-        if (seen.GetWidth() > 0 && seen.GetHeight() > 0) {
+        if (seen.GetWidth() > 0 && seen.GetHeight() > 0)
             (isRect ? m_frame.rects : m_frame.marks).push_back({seen.Min, seen.Max, shape.color});
-        }
     }
 
     // Texts that overlap by more than half of their height share a line: frames shift theirs by some pixels.
@@ -223,29 +216,24 @@ Frame readFrame(const ImDrawData& data)
 {
     Frame frame;
     Reader reader(frame, data);
-    for (int i = 0; i < data.CmdListsCount; ++i) {
+    for (int i = 0; i < data.CmdListsCount; ++i)
         reader.read(*data.CmdLists[i]);
-    }
     return frame;
 }
 
 const Text* Frame::find(std::string_view exact, std::size_t nth) const
 {
-    for (const Text& text : texts) {
-        if (text.text == exact && nth-- == 0) {
+    for (const Text& text : texts)
+        if (text.text == exact && nth-- == 0)
             return &text;
-        }
-    }
     return nullptr;
 }
 
 const Text* Frame::findContaining(std::string_view part) const
 {
-    for (const Text& text : texts) {
-        if (text.text.find(part) != std::string::npos) {
+    for (const Text& text : texts)
+        if (text.text.find(part) != std::string::npos)
             return &text;
-        }
-    }
     return nullptr;
 }
 

@@ -1,10 +1,11 @@
+#pragma once
+
 // Reads back from ImGui's draw data what a person would see in a frame: the texts with place and colour, and
 // the filled rectangles. Nothing here knows which widgets drew them.
 //
 // Limits: texts are known by the glyphs of the default font at its size and scale; a glyph counts as seen
 // when its centre is inside the clip rectangle and the display; that a window hides another isn't taken into
 // account.
-#pragma once
 
 #include <imgui.h>
 

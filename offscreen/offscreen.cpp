@@ -83,9 +83,8 @@ void Offscreen::frame()
 
 void Offscreen::frames(int count)
 {
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         frame();
-    }
 }
 
 const Frame& Offscreen::read()
@@ -101,9 +100,8 @@ const Frame& Offscreen::read()
 const Text& Offscreen::text(std::string_view exact, std::size_t nth)
 {
     const Text* found = read().find(exact, nth);
-    if (!found) {
+    if (!found)
         reportMissing("text", exact, nth);
-    }
     return *found;
 }
 
@@ -185,9 +183,8 @@ Rect Offscreen::window(std::string_view name)
 {
     m_context.makeCurrent();
     const ImGuiWindow* found = ImGui::FindWindowByName(std::string(name).c_str());
-    if (!found || !found->WasActive) {
+    if (!found || !found->WasActive)
         reportMissing("window", name);
-    }
     return {found->Pos, ImVec2(found->Pos.x + found->Size.x, found->Pos.y + found->Size.y), 0};
 }
 
@@ -207,9 +204,8 @@ Rect Offscreen::box(std::string_view caption, std::size_t nth)
     for (const Rect& rect : read().rects) {
         const float gap = label.min.x - rect.max.x;
         if (std::fabs(rect.size().x - rect.size().y) < 1 && gap >= 0 && gap <= reach &&
-            rect.contains(ImVec2(rect.min.x, label.center().y))) {
+            rect.contains(ImVec2(rect.min.x, label.center().y)))
             return rect;
-        }
     }
     reportMissing("check box", caption, nth);
 }
@@ -227,9 +223,8 @@ void Offscreen::reportMissing(std::string_view kind, std::string_view name, std:
 {
     std::ostringstream message;
     message << "no " << kind << " \"" << name << "\" #" << nth << " in the frame, which shows:\n";
-    for (const std::string& line : read().lines()) {
+    for (const std::string& line : read().lines())
         message << "  " << line.substr(0, 200) << '\n';
-    }
     throw std::runtime_error(message.str());
 }
 

@@ -1,3 +1,5 @@
+#pragma once
+
 // A host without a window, for tests: draws ImGui frames, moves the mouse and reads back what would be seen.
 //
 //     test::Offscreen ui;
@@ -8,7 +10,6 @@
 //
 // Each gesture draws the frames that ImGui needs to notice it and to show what came of it. Time passes by
 // frames alone, so nothing here depends on the speed of the machine.
-#pragma once
 
 #include "context.h"
 #include "frame_reader.h"

@@ -81,7 +81,7 @@ TEST(StackTracker, scopesAreLeftOnEveryWayOutHoweverDeep)
     };
     const Orv::StackScope outermost("outermost", __FILE__, __LINE__);
     EXPECT_THROW(enter(enter, 100), std::runtime_error);
-    EXPECT_EQ(Orv::StackTracker::depth(), 1U);
+    EXPECT_EQ(Orv::StackTracker::depth(), 1u);
     EXPECT_STREQ(Orv::StackTracker::current(), "outermost");
 }
 

@@ -35,16 +35,15 @@ TEST_F(ChildrenCounter, sumsItsDirectChildrenInTheKindOfTheFirst)
         {Values(), "Sum | ---", Texts()},
         {Values{{}, 2, {}, 3}, "Sum | 5 MB", Texts()},
         {Values{2, UINT_MAX - 2}, "Sum | -1 MB", Texts()},
-        {Values{1, 2.5F, 4}, "Sum | 5 MB", Texts{"canCast(m_type, other.m_type)"}},
+        {Values{1, 2.5f, 4}, "Sum | 5 MB", Texts{"canCast(m_type, other.m_type)"}},
         {Values{text, text}, "Sum | a", Texts{"false"}},
     };
     for (const auto& [children, shown, reported] : cases) {
         const test::Reports reports;
         const unsigned sum = system().createChildrenCounter("Sum", 0, 0, "%d MB");
         leaf("too deep", 100, system().createLabel("Label", sum));
-        for (const CounterValue& value : children) {
+        for (const CounterValue& value : children)
             leaf("Leaf " + std::to_string(&value - children.data()), value, sum);
-        }
         EXPECT_EQ(line("Sum"), shown);
         EXPECT_EQ(reports.expressions(), reported);
         system().removeItem(sum);

@@ -24,9 +24,8 @@ constexpr ImU32 kFlagged = IM_COL32(255, 153, 0, 255);
 std::string shape(const DiffTable& table)
 {
     std::string text;
-    for (const statistics::DiffTableColumn& column : table.m_columns) {
+    for (const statistics::DiffTableColumn& column : table.m_columns)
         text += column.title + std::to_string(column.snapshot) + " ";
-    }
     for (const statistics::DiffTableRow& row : table.m_rows) {
         text += "; " + row.caption + (row.changed ? "!" : ":");
         for (const CounterValue& v : row.values) {
@@ -43,10 +42,10 @@ TEST(ComparisonModel, flagsTheRowsWhoseValuesAreNotAllEqual)
     const CounterValue seven = std::string("7");
     DiffTable table;
     table.addSnapshot(
-        "A", 0, {{"a", 7}, {"b", 7.0F}, {"c", none}, {"d", NAN}, {"", 5}, {"e", 0}, {"f", 1}, {"f", 2}});
+        "A", 0, {{"a", 7}, {"b", 7.0f}, {"c", none}, {"d", NAN}, {"", 5}, {"e", 0}, {"f", 1}, {"f", 2}});
     EXPECT_EQ(shape(table), "A0 ; a: i7; b: d7; c: ---; d: dnan; : i5; e: i0; f: i2");
     table.addSnapshot(
-        "B", 1, {{"g", 1}, {"f", 2U}, {"d", NAN}, {"c", none}, {"b", seven}, {"a", seven}, {"h", 0.0F}});
+        "B", 1, {{"g", 1}, {"f", 2u}, {"d", NAN}, {"c", none}, {"b", seven}, {"a", seven}, {"h", 0.0f}});
     EXPECT_EQ(shape(table),
               "A0 B1 ; a: i7 s7; b! d7 s7; c: --- ---; d! dnan dnan; ! i5 i0; e: i0 i0; f: i2 u2; "
               "g! i0 i1; h: i0 d0");
@@ -55,24 +54,24 @@ TEST(ComparisonModel, flagsTheRowsWhoseValuesAreNotAllEqual)
 TEST(ComparisonModel, aToleranceIsForNumbersAloneRelativeToTheLarger)
 {
     const float infinity = std::numeric_limits<float>::infinity();
-    const std::tuple<CounterValue, CounterValue, bool> cases[] = {{100, 95.5F, false},
-                                                                  {95, 100U, true},
-                                                                  {-100, -95.5F, false},
+    const std::tuple<CounterValue, CounterValue, bool> cases[] = {{100, 95.5f, false},
+                                                                  {95, 100u, true},
+                                                                  {-100, -95.5f, false},
                                                                   {-1, 1, true},
-                                                                  {0, 1e-30F, true},
-                                                                  {4294967295U, 4200000000U, false},
+                                                                  {0, 1e-30f, true},
+                                                                  {4294967295u, 4200000000u, false},
                                                                   {100, "95.5", true},
                                                                   {"north", "south", true},
                                                                   {NAN, NAN, false},
                                                                   {NAN, 1, true},
                                                                   {infinity, infinity, false},
                                                                   {infinity, -infinity, true},
-                                                                  {infinity, 3e38F, true},
+                                                                  {infinity, 3e38f, true},
                                                                   {CounterValue(), 0, true},
                                                                   {2147483647, -2147483647 - 1, true}};
     for (const auto& [first, second, flagged] : cases) {
         DiffTable table;
-        table.setTolerance(0.05F - 1e-6F);
+        table.setTolerance(0.05f - 1e-6f);
         table.addSnapshot("A", 0, {{"x", first}});
         table.addSnapshot("B", 1, {{"x", second}});
         EXPECT_EQ(table.m_rows[0].changed, flagged) << shape(table);
@@ -96,22 +95,21 @@ TEST(ComparisonModel, columnsLeaveAndComeBackAtTheRightEnd)
     EXPECT_EQ(shape(table), "B2 C9 ; x: i2 i2; only A: i0 i0; y: i3 i3");
     table.addSnapshot("A", 4, {{"only A", 5}});
     EXPECT_EQ(shape(table), "B2 C9 A4 ; x! i2 i2 i0; only A! i0 i0 i5; y! i3 i3 i0");
-    for (const std::size_t snapshot : {9U, 2U, 4U}) {
+    for (const std::size_t snapshot : {9u, 2u, 4u})
         table.removeColumn(snapshot);
-    }
     EXPECT_EQ(shape(table), "");
     table.addSnapshot("B", 2, {{"y", 3}, {"x", 2}});
     EXPECT_EQ(shape(table), "B2 ; y: i3; x: i2");
     table.clear();
     EXPECT_EQ(shape(table), "");
-    EXPECT_EQ(table.m_selectedRow, 1U); // a selection outlives its row
+    EXPECT_EQ(table.m_selectedRow, 1u); // a selection outlives its row
 }
 
 TEST(ComparisonModel, wholeSnapshotsGiveTheSameAsRowsAndCellsOneByOne)
 {
     std::mt19937 random(1);
     const auto below = [&](int end) { return std::uniform_int_distribution<int>(0, end - 1)(random); };
-    const CounterValue values[] = {0, 1, 1U, 0.0F, -0.0F, NAN, std::string("-0.000"), std::string("1"), {}};
+    const CounterValue values[] = {0, 1, 1u, 0.0f, -0.0f, NAN, std::string("-0.000"), std::string("1"), {}};
     for (int round = 0; round < 300; ++round) {
         DiffTable atOnce;
         DiffTable oneByOne;
@@ -121,9 +119,8 @@ TEST(ComparisonModel, wholeSnapshotsGiveTheSameAsRowsAndCellsOneByOne)
             if (below(3) == 0) {
                 atOnce.removeColumn(snapshot);
                 oneByOne.removeColumn(snapshot);
-                for (statistics::DiffTableRow& row : oneByOne.m_rows) {
+                for (statistics::DiffTableRow& row : oneByOne.m_rows)
                     oneByOne.updateChanged(row);
-                }
             } else {
                 Entries entries;
                 for (int count = below(60); count > 0; --count) {
@@ -133,9 +130,8 @@ TEST(ComparisonModel, wholeSnapshotsGiveTheSameAsRowsAndCellsOneByOne)
                 }
                 atOnce.addSnapshot("s", snapshot, entries);
                 const std::size_t column = oneByOne.addColumn("s", snapshot);
-                for (const auto& [caption, value] : entries) {
+                for (const auto& [caption, value] : entries)
                     oneByOne.setValue(oneByOne.addRow(caption), column, value);
-                }
             }
             ASSERT_EQ(shape(atOnce), shape(oneByOne));
         }
@@ -149,12 +145,12 @@ TEST(ComparisonModel, findsTheRowsOfACopyThatAHostHasRearranged)
     table.addRow("x");
     DiffTable copy = table;
     std::swap(copy.m_rows[0], copy.m_rows[2]);
-    EXPECT_EQ(copy.addRow("x"), 2U);
-    EXPECT_EQ(table.addRow("x"), 0U);
+    EXPECT_EQ(copy.addRow("x"), 2u);
+    EXPECT_EQ(table.addRow("x"), 0u);
     copy.m_rows.erase(copy.m_rows.begin());
-    EXPECT_EQ(copy.addRow("z"), 2U);
+    EXPECT_EQ(copy.addRow("z"), 2u);
     copy.m_rows.push_back({"by hand", {7}});
-    EXPECT_EQ(copy.addRow("by hand"), 3U);
+    EXPECT_EQ(copy.addRow("by hand"), 3u);
     EXPECT_EQ(shape(copy), "A0 ; y: i2; x: i1; z: i0; by hand: i7");
 }
 
@@ -185,9 +181,8 @@ protected:
     std::vector<long> headerWidths()
     {
         std::vector<long> widths;
-        for (const test::Text& title : ui.read().textsOnLineOf(ui.text("Caption"))) {
+        for (const test::Text& title : ui.read().textsOnLineOf(ui.text("Caption")))
             widths.push_back(std::lround(2 * ui.read().rectsAt(title.center()).back().size().x));
-        }
         return widths;
     }
     void scrollToEnd()
@@ -203,37 +198,35 @@ protected:
 Entries numbered(const std::string& caption, int count, const CounterValue& value)
 {
     Entries values;
-    for (int i = 1; i <= count; ++i) {
+    for (int i = 1; i <= count; ++i)
         values.emplace_back(caption + std::to_string(i), value);
-    }
     return values;
 }
 
 TEST_F(Comparison, rowsAreNumberedAndThoseThatDifferAreFlagged)
 {
     const CounterValue odd = std::string("%s##");
-    tick({{"same", 7}, {"differs", 1000000.0F}, {"100% ##whole", 0.5F}, {"text", odd}});
+    tick({{"same", 7}, {"differs", 1000000.0f}, {"100% ##whole", 0.5f}, {"text", odd}});
     EXPECT_NE(ui.text("1e+06").color, kFlagged); // nothing to differ from
-    tick({{"same", 7.0F}, {"differs", 2U}, {"100% ##whole", 0.5F}, {"text", odd}});
+    tick({{"same", 7.0f}, {"differs", 2u}, {"100% ##whole", 0.5f}, {"text", odd}});
     std::vector<std::string> lines = ui.read().lines();
     lines.erase(lines.begin(), lines.end() - 4);
     EXPECT_EQ(lines, (std::vector<std::string>{"1 | same | 7 | 7", "2 | differs | 1e+06 | 2",
                                                "3 | 100% ##whole | 0.5 | 0.5", "4 | text | %s## | %s##"}));
-    for (const test::Text& text : ui.read().texts) {
+    for (const test::Text& text : ui.read().texts)
         EXPECT_EQ(text.color == kFlagged, text.line == ui.text("differs").line) << text.text;
-    }
     EXPECT_NE(ImGui::GetColorU32(ImGuiCol_Text), kFlagged);
 }
 
 TEST_F(Comparison, aClickAnywhereInARowSelectsIt)
 {
-    tick(numbered("c", 4, 0.25F));
+    tick(numbered("c", 4, 0.25f));
     EXPECT_EQ(selected(), statistics::NO_INDEX);
     ui.click("2");
-    EXPECT_EQ(selected(), 1U);
+    EXPECT_EQ(selected(), 1u);
     ui.click("0.25", 2);
     ui.click("N"); // the comparison can't be sorted
-    EXPECT_EQ(selected(), 2U);
+    EXPECT_EQ(selected(), 2u);
     untick(0);
     tick(numbered("d", 3, 1)); // a selection outlives its row
     const std::vector<test::Rect> marks = ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Header));
@@ -265,9 +258,8 @@ TEST_F(Comparison, widthsAreSetAnewOnlyWhenTheNumberOfSnapshotsChanges)
     tick(numbered("row ", 2000, 1)); // but for the numbers, which are longer
     EXPECT_EQ(headerWidths().at(0), 2 * (4 * 7 + 10 - 12));
     EXPECT_EQ(headerWidths().at(1), dragged.at(1));
-    for (int i = 0; i < 120; ++i) { // more than ImGui can show side by side
+    for (int i = 0; i < 120; ++i) // more than ImGui can show side by side
         tick({{"x", i}});
-    }
     EXPECT_EQ(headerWidths().at(1), 435);
 }
 
@@ -276,15 +268,15 @@ TEST_F(Comparison, ofThousandsOfRowsThoseInViewAreDrawnAndAllCanBeReached)
     tick(numbered("first ", 5000, 1));
     tick(numbered("second ", 5000, 2));
     EXPECT_TRUE(ui.read().contains("first 1"));
-    EXPECT_LT(ui.read().texts.size(), 300U);
+    EXPECT_LT(ui.read().texts.size(), 300u);
     scrollToEnd();
-    EXPECT_LT(ui.read().texts.size(), 300U);
+    EXPECT_LT(ui.read().texts.size(), 300u);
     const std::vector<test::Text> last = ui.read().textsOnLineOf(ui.text("second 5000"));
     EXPECT_EQ(last.back().color, kFlagged);
     EXPECT_EQ(last.front().text, "10000");
     EXPECT_GT(last.at(1).min.x, last.front().max.x);
     ui.click("second 4999");
-    EXPECT_EQ(selected(), 9998U);
+    EXPECT_EQ(selected(), 9998u);
 }
 
 TEST_F(Comparison, rowsOfSeveralLinesCanBeReachedToTheLast)

@@ -14,9 +14,8 @@ protected:
     {
         color.w = alpha;
         float sum = 0;
-        for (const test::Rect& rect : ui.read().rectsOf(ImGui::ColorConvertFloat4ToU32(color))) {
+        for (const test::Rect& rect : ui.read().rectsOf(ImGui::ColorConvertFloat4ToU32(color)))
             sum += rect.size().x;
-        }
         return sum;
     }
 
@@ -33,7 +32,7 @@ TEST_F(Counters, areReadOnceASampleTwiceWithLimitsAndNeverToBeDrawn)
     add("Limited", limited(0, 10, [&] { return ++twice; }), 0, 5);
     EXPECT_EQ(line("Limited"), "Limited | 0 | 1 | 10"); // the text is of the first reading,
     ui.frames(3);
-    EXPECT_NEAR(width({0.5025F, 0.65F, 0.035F, 1}), 0.2F * kBarWidth, 0.01F); // the bar of the second
+    EXPECT_NEAR(width({0.5025f, 0.65f, 0.035f, 1}), 0.2f * kBarWidth, 0.01f); // the bar of the second
     EXPECT_EQ(std::make_pair(plain, twice), std::make_pair(1, 2));
 }
 
@@ -63,7 +62,7 @@ TEST_F(Counters, neverPrintOneTextOverAnother)
     for (std::size_t length = 22; length < 40; ++length)
         group = add(std::string(length, 'c'), Counter([] { return std::string("value"); }));
     add(std::string(40, 'c'), limited(0, 1, [] { return 1; }), group);
-    for (const float scale : {1.0F, 1.5F, 2.0F}) {
+    for (const float scale : {1.0f, 1.5f, 2.0f}) {
         ui.setFontScale(scale);
         show();
         const float column = ui.window("Statistics").min.x + std::floor(215 * height(ui.text("value")) / 13);
@@ -74,7 +73,7 @@ TEST_F(Counters, neverPrintOneTextOverAnother)
             else
                 EXPECT_EQ(value.min.x, column);
         }
-        EXPECT_EQ(ui.read().findAll("value").size(), 18U);
+        EXPECT_EQ(ui.read().findAll("value").size(), 18u);
     }
     ui.click(std::string(39, 'c'));
     const std::vector<test::Text> texts = ui.read().textsOnLineOf(ui.text(std::string(40, 'c')));
@@ -88,7 +87,7 @@ TEST_F(Counters, showALongValueFromTheBeginningOfTheirBarAndNotBeyondIt)
     test::Reports reports;
     show();
     const test::Text& shown = *ui.read().findContaining("vvv");
-    EXPECT_LT(shown.text.size(), 42U);
+    EXPECT_LT(shown.text.size(), 42u);
     EXPECT_NEAR(shown.min.x, ui.text("min").max.x + ImGui::GetStyle().ItemSpacing.x, 1);
     EXPECT_GT(ui.text("max").min.x, shown.max.x - 7);
     value = "vvv";
@@ -98,29 +97,29 @@ TEST_F(Counters, showALongValueFromTheBeginningOfTheirBarAndNotBeyondIt)
 
 TEST_F(Counters, colourTheirBarByTheWeight)
 {
-    const ImVec4 low(0.35F, 0.65F, 0, 1);
-    const ImVec4 high(0.96F, 0.19F, 0.19F, 1);
+    const ImVec4 low(0.35f, 0.65f, 0, 1);
+    const ImVec4 high(0.96f, 0.19f, 0.19f, 1);
     const std::pair<float, ImVec4> cases[] = {
-        {0.0F, low},
-        {0.5F, {0.73125F, 0.65F, 0.0875F, 1}},
-        {0.8F, {0.96F, 0.65F, 0.14F, 1}},
-        {0.9F, {0.96F, 0.42F, 0.165F, 1}},
-        {1.0F, high},
+        {0.0f, low},
+        {0.5f, {0.73125f, 0.65f, 0.0875f, 1}},
+        {0.8f, {0.96f, 0.65f, 0.14f, 1}},
+        {0.9f, {0.96f, 0.42f, 0.165f, 1}},
+        {1.0f, high},
         {INFINITY, high},
-        {-0.2F, {0.1975F, 0.65F, 0, 1}},
+        {-0.2f, {0.1975f, 0.65f, 0, 1}},
         {-INFINITY, low},
         {NAN, low},
     };
     float weight = 0;
-    add("Counter", limited(0.0F, 1.0F, [&] { return weight; }));
+    add("Counter", limited(0.0f, 1.0f, [&] { return weight; }));
     ui.frames(2);
     EXPECT_EQ(ui.read().lines()[1], "Counter | 0.000 | 1.000"); // nothing was sampled yet
-    EXPECT_EQ(width(low, 0.25F), kBarWidth);
+    EXPECT_EQ(width(low, 0.25f), kBarWidth);
     for (const auto& [value, color] : cases) {
         weight = value;
         show();
-        EXPECT_EQ(width(color, 0.25F), kBarWidth) << weight;
-        EXPECT_NEAR(width(color), weight > 0 ? std::min(weight, 1.0F) * kBarWidth : 0, 0.01F) << weight;
+        EXPECT_EQ(width(color, 0.25f), kBarWidth) << weight;
+        EXPECT_NEAR(width(color), weight > 0 ? std::min(weight, 1.0f) * kBarWidth : 0, 0.01f) << weight;
     }
 }
 

@@ -21,7 +21,7 @@ protected:
         const unsigned rows = system().createTable(
             "rows", [] { return std::size_t{1}; }, 0, getItemIndex("Net"));
         system().getTable(rows)->addColumn(
-            "column", [](std::size_t) { return CounterValue("cell"); }, 0.5F);
+            "column", [](std::size_t) { return CounterValue("cell"); }, 0.5f);
     }
 
     // The last name is a counter's.
@@ -176,7 +176,7 @@ TEST_F(Filtering, measuresThousandsOfLinesFrameByFrame)
     ui.frames(10);
     const ImVec2 settled = window.ContentSize;
     EXPECT_EQ(settled.y, height);
-    EXPECT_GT(settled.x, 2100.0F); // the widest line is the last one
+    EXPECT_GT(settled.x, 2100.0f); // the widest line is the last one
 }
 
 TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
@@ -188,7 +188,7 @@ TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
     type("READ");
     EXPECT_EQ(system().filter(), "READ");
     EXPECT_EQ(ui.read().lines()[1], "READ | Clear | 2 matches");
-    EXPECT_EQ(shown().size(), 6U);
+    EXPECT_EQ(shown().size(), 6u);
     type(" Disk");
     EXPECT_EQ(ui.read().lines()[1], "READ Disk | Clear | 1 match");
     system().setFilter("the host's");

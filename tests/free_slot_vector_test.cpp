@@ -24,13 +24,13 @@ free_slot_vector<Shared> filled(Index count, const Shared& element)
 
 TEST(FreeSlotVector, growsFrom64OrWhatItHasByDoubling)
 {
-    for (const Index start : {0U, 100U}) {
+    for (const Index start : {0u, 100u}) {
         free_slot_vector<std::string> slots;
         if (start)
             slots.grow(start);
         Index size = start;
         for (Index i = 0; i < 300; ++i) {
-            size = i < size ? size : std::max(64U, size * 2);
+            size = i < size ? size : std::max(64u, size * 2);
             EXPECT_EQ(slots.nextIndex(), i);
             EXPECT_EQ(slots.emplace(std::to_string(i)), i);
             EXPECT_EQ(slots.size(), size);
@@ -47,7 +47,7 @@ TEST(FreeSlotVector, theSlotFreedLastIsUsedFirst)
     slots.erase(7);
     slots.erase(7); // changes nothing: the list gains no loop
     EXPECT_EQ(element.use_count(), 1 + 8);
-    for (const Index expected : {7U, 3U, 10U})
+    for (const Index expected : {7u, 3u, 10u})
         EXPECT_EQ(slots.emplace(element), expected);
 }
 
@@ -107,17 +107,17 @@ TYPED_TEST(FreeSlotVectorOf, aThrowingConstructorLeavesASlotThatIsNeitherFreeNor
     free_slot_vector<TypeParam> slots;
     slots.emplace(10);
     EXPECT_THROW(slots.emplace(-1), std::invalid_argument);
-    EXPECT_EQ(slots.nextIndex(), 2U);
+    EXPECT_EQ(slots.nextIndex(), 2u);
     while (slots.size() < 128) // until growth moves all slots
         slots.emplace(12);
     EXPECT_TRUE(slots.contains(1));
-    EXPECT_EQ(slots.next(0), 1U);
+    EXPECT_EQ(slots.next(0), 1u);
     EXPECT_EQ(slots[2].value, 12);
     EXPECT_THROW(slots[1], std::bad_variant_access);
     slots.erase(1);
-    EXPECT_EQ(slots.emplace(11), 1U);
+    EXPECT_EQ(slots.emplace(11), 1u);
     EXPECT_EQ(slots[1].value, 11);
-    EXPECT_EQ(reports.texts().size(), 0U);
+    EXPECT_EQ(reports.texts().size(), 0u);
 }
 
 TEST(FreeSlotVector, aWalkVisitsWhatIsAppendedAndSkipsWhatIsErasedAhead)
@@ -140,7 +140,7 @@ TEST(FreeSlotVector, aWalkVisitsWhatIsAppendedAndSkipsWhatIsErasedAhead)
     for (Index i = 0; i < 65; ++i)
         slots.erase(i);
     EXPECT_TRUE(slots.empty());
-    EXPECT_EQ(slots.size(), 128U);
+    EXPECT_EQ(slots.size(), 128u);
 }
 
 TEST(FreeSlotVector, clearAndMoveTakeAllElementsAndLeaveNone)
@@ -151,18 +151,18 @@ TEST(FreeSlotVector, clearAndMoveTakeAllElementsAndLeaveNone)
     free_slot_vector<Shared> target = filled(3, element);
     target = std::move(source);
     EXPECT_EQ(element.use_count(), 1 + 69);
-    EXPECT_EQ(target.emplace(element), 4U);
+    EXPECT_EQ(target.emplace(element), 4u);
     source = free_slot_vector<Shared>(std::move(target));
     // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): it promises to be empty
-    EXPECT_EQ(target.emplace(element), 0U);
+    EXPECT_EQ(target.emplace(element), 0u);
     target.clear();
     // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
     EXPECT_EQ(element.use_count(), 1 + 70);
     source.clear();
     EXPECT_EQ(element.use_count(), 1);
-    EXPECT_EQ(source.size(), 0U);
-    EXPECT_EQ(source.emplace(element), 0U);
-    EXPECT_EQ(source.size(), 64U);
+    EXPECT_EQ(source.size(), 0u);
+    EXPECT_EQ(source.emplace(element), 0u);
+    EXPECT_EQ(source.size(), 64u);
 }
 
 } // namespace

@@ -65,7 +65,7 @@ TEST_F(Functors, mayNotStartStopUpdateOrDraw)
                              "statistics::Tree::draw2"}));
     EXPECT_EQ(reports.expressions(), Names(12, "!CallScope::active()"));
     EXPECT_EQ(&system(), before);
-    EXPECT_EQ(ui.read().findAll("box").size(), 1U);
+    EXPECT_EQ(ui.read().findAll("box").size(), 1u);
 }
 
 TEST_F(Functors, mayRemoveAndCreateItemsWhileTheyAreSampled)
@@ -128,7 +128,7 @@ TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
     EXPECT_NE(getItemIndex("in memory of other"), INVALID_ID);
     add("third", 0, [kept = guard("third")] {});
     remove("third");
-    EXPECT_EQ(destroyed.size(), 3U); // outside functors nothing is deferred
+    EXPECT_EQ(destroyed.size(), 3u); // outside functors nothing is deferred
 }
 
 TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)
@@ -140,7 +140,7 @@ TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)
         "behind", 0, [] {}, 1);
     EXPECT_THROW(sample(), std::runtime_error);
     EXPECT_THROW(system().updateNode(1), std::runtime_error);
-    EXPECT_EQ(Orv::StackTracker::depth(), 0U);
+    EXPECT_EQ(Orv::StackTracker::depth(), 0u);
     EXPECT_EQ(samplesOf(0), Names{"behind"});
     broken = false;
     EXPECT_EQ(samplesOf(1), (Names{"actor", "behind"}));
@@ -155,7 +155,7 @@ TEST_F(Functors, thatThrowWhileDrawnLeaveImGuiBalanced)
     ui.click("two");
     EXPECT_THROW(ui.clickBox("box"), std::runtime_error);
     EXPECT_EQ(ui.imbalance(), "");
-    EXPECT_EQ(Orv::StackTracker::depth(), 0U);
+    EXPECT_EQ(Orv::StackTracker::depth(), 0u);
     ui.frame();
     EXPECT_TRUE(ui.ticked("box"));
     EXPECT_EQ(ui.read().lines(), (Names{"Statistics", "one", "two", "box"}));

@@ -105,7 +105,7 @@ TEST_F(HistoryPanel, showsPathNumbersAndSpanInTheCountersOwnFormat)
 
 TEST_F(HistoryPanel, tellsTheTimeThatTheSamplesSpan)
 {
-    const unsigned id = add("Count", counter(), 0, 0.5F);
+    const unsigned id = add("Count", counter(), 0, 0.5f);
     keep(100);
     value = 3;
     show();
@@ -141,7 +141,7 @@ TEST_F(HistoryPanel, showsLowestAndHighestOfManySamplesWhereverTheyStand)
     keep(10000);
     ImGui::GetStyle().AntiAliasedFill = false;
     for (int index = 0; index < 10000; ++index) {
-        value = index == 3333 ? 90.0F : index == 7001 ? 10.0F : 50.0F;
+        value = index == 3333 ? 90.0f : index == 7001 ? 10.0f : 50.0f;
         sample();
     }
     ui.frames(2);
@@ -157,7 +157,7 @@ TEST_F(HistoryPanel, marksWhatIsOutsideTheLimitsAndNothingOnThem)
 {
     add("Value", {0, 10, [this] { return value; }, "%d items", ""});
     keep(10);
-    const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96F, 0.19F, 0.19F, 1});
+    const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 1});
     give({0, 10, 10, 0});
     pointAt("0 items");
     const auto reach = [&] { return bounds(outside).max.y - bounds(outside).min.y; };
@@ -165,33 +165,33 @@ TEST_F(HistoryPanel, marksWhatIsOutsideTheLimitsAndNothingOnThem)
     give({20, 5});
     ui.frames(2);
     EXPECT_NEAR(bounds(outside).min.y, plot().min.y, 3);
-    const ImU32 tint = ImGui::ColorConvertFloat4ToU32({0.96F, 0.19F, 0.19F, 0.15F});
+    const ImU32 tint = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 0.15f});
     const auto isTinted = [&](float part) {
         const test::Rect area = plot();
         const ImVec2 point(area.center().x, area.min.y + part * area.size().y);
         return ui.read().rectsAt(point).back().color == tint;
     };
-    EXPECT_TRUE(isTinted(0.45F));
-    EXPECT_FALSE(isTinted(0.55F));
+    EXPECT_TRUE(isTinted(0.45f));
+    EXPECT_FALSE(isTinted(0.55f));
 }
 
 TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)
 {
-    add("Value", limited(0.0F, 100.0F, [this] { return value; }));
+    add("Value", limited(0.0f, 100.0f, [this] { return value; }));
     const auto marks = [&] {
         const test::Text lower = ui.text("0.000");
         std::vector<float> places;
-        for (const test::Rect& rect : ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Text, 0.6F)))
+        for (const test::Rect& rect : ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Text, 0.6f)))
             places.push_back(
-                std::round((rect.min.x - lower.max.x - ImGui::GetStyle().ItemSpacing.x) / 2.75F));
+                std::round((rect.min.x - lower.max.x - ImGui::GetStyle().ItemSpacing.x) / 2.75f));
         return places;
     };
-    give({20.0F, 80.0F, 50.0F});
+    give({20.0f, 80.0f, 50.0f});
     EXPECT_EQ(marks(), std::vector<float>());
     keep(3);
-    give({20.0F, 80.0F, 50.0F});
+    give({20.0f, 80.0f, 50.0f});
     EXPECT_EQ(marks(), (std::vector<float>{20, 80}));
-    give({50.0F, 500.0F});
+    give({50.0f, 500.0f});
     EXPECT_EQ(marks(), (std::vector<float>{50, 100}));
     give({NAN, NAN, NAN});
     EXPECT_EQ(marks(), std::vector<float>());
@@ -200,10 +200,10 @@ TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)
 TEST_F(HistoryPanel, copiesPathValueAndHistory)
 {
     const unsigned group = system().createLabel("Group");
-    add("Value", counter("%.1f ms"), group, 0.5F);
+    add("Value", counter("%.1f ms"), group, 0.5f);
     add("Text", Counter([] { return CounterValue("word"); }), group);
     keep(3);
-    for (const float next : {1.0F, 2.25F, NAN}) {
+    for (const float next : {1.0f, 2.25f, NAN}) {
         value = next;
         system().updateNode(system().getItemIndex("Group/Value"));
     }

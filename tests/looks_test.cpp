@@ -64,7 +64,7 @@ TEST_F(Looks, aHostOpensAndClosesWhatTheUserDoes)
 
 TEST_F(Looks, whatIsAskedOfANodeThatIsGoneOpensNoOther)
 {
-    for (const unsigned id : {0U, 77U, 4000U, INVALID_ID})
+    for (const unsigned id : {0u, 77u, 4000u, INVALID_ID})
         system().openNode(id, true);
     const unsigned gone = label("gone");
     system().openNode(gone, true);
@@ -83,8 +83,8 @@ TEST_F(Looks, whatIsAskedOfANodeThatIsGoneOpensNoOther)
 
 TEST_F(Looks, theLimitThatTheLastSampleCrossedStandsOut)
 {
-    CounterValue value = 5U;
-    add("Limited", limited(10U, 20U, [&] { return value; }));
+    CounterValue value = 5u;
+    add("Limited", limited(10u, 20u, [&] { return value; }));
     const auto shownHigh = [&] {
         Lines texts;
         for (const char* limit : {"10", "20"})
@@ -99,7 +99,7 @@ TEST_F(Looks, theLimitThatTheLastSampleCrossedStandsOut)
     for (const auto& [sampled, marked] : cases) {
         value = sampled;
         show();
-        value = 15U; // nothing is read to draw
+        value = 15u; // nothing is read to draw
         ui.frame();
         EXPECT_EQ(shownHigh(), marked) << sampled;
     }
@@ -125,28 +125,28 @@ protected:
 TEST_F(SortArrows, standBesideTheCaptionOfTheColumnThatIsSorted)
 {
     system().getTable(id)->addColumn(
-        "Much longer than wide", [](auto) { return CounterValue(); }, 0.1F);
+        "Much longer than wide", [](auto) { return CounterValue(); }, 0.1f);
     show();
-    EXPECT_EQ(arrows("Name").size(), 0U);
+    EXPECT_EQ(arrows("Name").size(), 0u);
     Options options;
     options.sortArrows = true;
     system().setOptions(options);
     ui.frame();
-    ASSERT_EQ(arrows("Name").size(), 1U);
+    ASSERT_EQ(arrows("Name").size(), 1u);
     EXPECT_GT(arrows("Name")[0].min.x, ui.text("Name").max.x);
-    EXPECT_EQ(arrows("Size").size(), 0U);
+    EXPECT_EQ(arrows("Size").size(), 0u);
     ui.click("Size");
-    EXPECT_EQ(arrows("Name").size(), 0U);
-    EXPECT_EQ(arrows("Size").size(), 1U);
+    EXPECT_EQ(arrows("Name").size(), 0u);
+    EXPECT_EQ(arrows("Size").size(), 1u);
     EXPECT_EQ(lines()[1], "beta | 3 B | ---");
     ui.click("Size");
-    EXPECT_EQ(arrows("Size").size(), 1U);
+    EXPECT_EQ(arrows("Size").size(), 1u);
     EXPECT_EQ(lines()[1], "gamma | 1 B | ---");
     table.sort(2, true);
     show();
     const test::Text* cut = ui.read().findContaining("Much");
     ASSERT_TRUE(cut);
-    ASSERT_EQ(arrows(cut->text).size(), 1U);
+    ASSERT_EQ(arrows(cut->text).size(), 1u);
     EXPECT_GE(arrows(cut->text)[0].min.x, cut->max.x - 4); // the last letter is cut
 }
 
@@ -187,7 +187,7 @@ TEST_F(Looks, theComparisonFlagsWhatDiffersByMoreThanTheTolerance)
 {
     dir.write("root/old/a.csv", kHead + "same\t100\nnear\t100\nfar\t100\nnan\tnan\n");
     dir.write("root/old/b.csv", kHead + "same\t100\nnear\t-104\nnear\t104\nfar\t106\nnan\tnan\n");
-    turnOn(&Options::compareTolerance, 0.05F);
+    turnOn(&Options::compareTolerance, 0.05f);
     openSnapshots("old");
     ui.clickBox("a.csv");
     ui.clickBox("b.csv");
@@ -200,10 +200,10 @@ TEST_F(Looks, theComparisonFlagsWhatDiffersByMoreThanTheTolerance)
         return texts;
     };
     EXPECT_EQ(flagged(), Lines{"far"});
-    turnOn(&Options::compareTolerance, 0.2F);
+    turnOn(&Options::compareTolerance, 0.2f);
     EXPECT_EQ(flagged(), Lines{});
-    for (const float none : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()}) {
-        turnOn(&Options::compareTolerance, 1.0F);
+    for (const float none : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        turnOn(&Options::compareTolerance, 1.0f);
         turnOn(&Options::compareTolerance, none);
         EXPECT_EQ(flagged(), (Lines{"near", "far", "nan"}));
     }
@@ -224,7 +224,7 @@ protected:
             add("limited " + std::to_string(value), limited(0, 10, [value] { return value; }), group);
         const unsigned rows = statistics::table("rows", 0, group, [] { return 3; });
         system().getTable(rows)->addColumn(
-            "column", [](std::size_t row) { return static_cast<int>(row); }, 0.5F);
+            "column", [](std::size_t row) { return static_cast<int>(row); }, 0.5f);
         openSnapshots("old");
         for (const char* text : {"Presets", "group", "column", "a.csv", "b.csv"})
             ui.click(text);
@@ -245,7 +245,7 @@ TEST_F(WholePanel, isThePlainOneAgainToTheByteWhenAllIsTurnedOff)
     all.history = 100;
     all.filter = all.markOutside = all.sortArrows = all.sortSnapshots = true;
     all.background = 1;
-    all.compareTolerance = 0.1F;
+    all.compareTolerance = 0.1f;
     const auto changesWith = [&](auto option) {
         Options options;
         options.*option = all.*option;

@@ -31,14 +31,14 @@ protected:
         System::shutdown();
         System::initialize();
         group = system().createLabel("group");
-        system().createCounter("counter", keyed(), 0.0F, group);
+        system().createCounter("counter", keyed(), 0.0f, group);
         id = system().createTable(
-            "table", [] { return std::size_t{3}; }, 0.0F, group);
+            "table", [] { return std::size_t{3}; }, 0.0f, group);
         model = system().getTable(id);
         model->addColumn(
-            "column", [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5F);
+            "column", [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5f);
         for (const char* name : {"A", "B"})
-            system().createPreset(name, {{"key", {1.0F, 2.0F}}});
+            system().createPreset(name, {{"key", {1.0f, 2.0f}}});
         if (full)
             keepHistory(4);
         sample();
@@ -131,19 +131,19 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
     const auto action = [held = std::string(kLong)](std::size_t) {};
     const std::pair<const char*, std::function<void()>> calls[] = {
         {"label", [&] { system().createLabel(kLong, group); }},
-        {"counter", [&] { system().createCounter(kLong, keyed(), 0.0F, group); }},
-        {"sum", [&] { system().createChildrenCounter(kLong, 0, 0.0F, "%g", group); }},
-        {"sum by key", [&] { system().createChildrenCounter(kLong, 0, 0.0F, "key", "", kLong, group); }},
-        {"sum with limits", [&] { system().createChildrenCounter(kLong, 0, 0.0F, 1, 2, "", kLong, group); }},
+        {"counter", [&] { system().createCounter(kLong, keyed(), 0.0f, group); }},
+        {"sum", [&] { system().createChildrenCounter(kLong, 0, 0.0f, "%g", group); }},
+        {"sum by key", [&] { system().createChildrenCounter(kLong, 0, 0.0f, "key", "", kLong, group); }},
+        {"sum with limits", [&] { system().createChildrenCounter(kLong, 0, 0.0f, 1, 2, "", kLong, group); }},
         {"table",
          [&] {
              system().createTable(
-                 kLong, [] { return std::size_t{1}; }, 0.0F, group);
+                 kLong, [] { return std::size_t{1}; }, 0.0f, group);
          }},
         {"column",
          [&] {
              model->addColumn(
-                 kLong, [](std::size_t) { return CounterValue(1); }, 0.5F);
+                 kLong, [](std::size_t) { return CounterValue(1); }, 0.5f);
          }},
         {"sort", [&] { model->sort(0, false); }},
         {"cell", [&] { EXPECT_EQ(getTableCell(id, 1, 0), "-1"); }},
@@ -159,7 +159,7 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
         {"removal", [&] { system().removeItem(group); }},
         {"history", [] { keepHistory(50); }},
         {"search", [] { EXPECT_NE(getItemIndex("group/table"), INVALID_ID); }},
-        {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1U); }},
+        {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1u); }},
     };
     for (const auto& [what, call] : calls) {
         expectAllOrNothing(what, call, false);
@@ -196,8 +196,8 @@ TEST_F(MemoryFailure, leavesASampleAndAFrameForTheNextOne)
         failing = 0;
         ui.frame();
         const auto& rows = TestAccess::render().tables[0].rows;
-        ASSERT_EQ(rows.size(), 3U);
-        EXPECT_EQ(rows[0][0].size(), 300U);
+        ASSERT_EQ(rows.size(), 3u);
+        EXPECT_EQ(rows[0][0].size(), 300u);
         whole = done;
     }
 }

@@ -32,7 +32,7 @@ protected:
         const ImGuiStyle& style = ImGui::GetStyle();
         const float first = panel.y + ImGui::GetFrameHeight() + style.WindowPadding.y;
         ui.click({panel.x + style.WindowPadding.x + style.IndentSpacing + 7,
-                  first + (static_cast<float>(line) + 0.5F) * ImGui::GetTextLineHeightWithSpacing()});
+                  first + (static_cast<float>(line) + 0.5f) * ImGui::GetTextLineHeightWithSpacing()});
     }
     Lines textsWith(const std::string& part)
     {
@@ -83,7 +83,7 @@ TEST_F(PanelTest, showsOddNamesWholeAndOpensEachByItself)
                 system().createLabel("child " + std::to_string(i), id);
         }
         Lines lines = show().lines();
-        EXPECT_EQ(textsWith("xxx").size(), 1U);
+        EXPECT_EQ(textsWith("xxx").size(), 1u);
         lines.resize(plain.size());
         EXPECT_EQ(lines, plain);
     }
@@ -145,7 +145,7 @@ TEST_F(PanelTest, firstAppearsWideEnoughForATableWithoutBackground)
     const test::Rect panel = ui.window("Statistics");
     EXPECT_GE(panel.size().x, 850 + 2 * 29); // with padding and indent at both sides
     EXPECT_NEAR(panel.size().y, 600, 50);
-    EXPECT_EQ(ui.read().rectsAt(panel.center()).size(), 0U);
+    EXPECT_EQ(ui.read().rectsAt(panel.center()).size(), 0u);
 }
 
 TEST_F(PanelTest, hasTheSizeThatSettingsOrHostGive)
@@ -212,7 +212,7 @@ protected:
             }
             return texts;
         };
-        EXPECT_GT(inView(whole).size(), 5U);
+        EXPECT_GT(inView(whole).size(), 5u);
         EXPECT_EQ(inView(look()), inView(whole)) << "scrolled to " << window().Scroll.y;
         EXPECT_EQ(window().ContentSize.x, whole.extent.x);
         EXPECT_EQ(window().ContentSize.y, whole.extent.y);
@@ -226,7 +226,7 @@ TEST_F(LongPanel, scrollsAndAnswersClicksAsIfEachLineWereDrawn)
     const Look whole = look();
     fixHeight(300);
     ui.moveTo(ui.window("Statistics").center());
-    for (const float direction : {-1.0F, 1.0F})
+    for (const float direction : {-1.0f, 1.0f})
         for (float last = -1; last != window().Scroll.y; ui.wheel(0, direction)) {
             expectSameAs(whole);
             last = window().Scroll.y;
@@ -280,7 +280,7 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
     auto limited = std::make_unique<Counter>(
         0, 1, [] { return 0; }, "", "%.0f\n\n");
     system().createCounter("limits", std::move(limited), 0);
-    system().createPreset("far", {{"", {0, 1e30F}}});
+    system().createPreset("far", {{"", {0, 1e30f}}});
     sample();
     fixHeight(300);
     ui.moveTo(ui.window("Statistics").center());
@@ -289,7 +289,7 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
     const std::function<void()> changes[] = {
         [&] { text = std::string(300, 'w'); }, [&] { text = std::string(250, 'i'); },
         [&] { system().choosePreset(0); },     [&] { style.ItemSpacing.y = 9; },
-        [&] { style.FramePadding.y = 7; },     [&] { ImGui::GetIO().FontGlobalScale = 1.5F; }};
+        [&] { style.FramePadding.y = 7; },     [&] { ImGui::GetIO().FontGlobalScale = 1.5f; }};
     for (const std::function<void()>& change : changes) {
         change();
         sample();
@@ -389,7 +389,7 @@ TEST_F(LongPanel, keepsItsPlaceInEachOfTwoLooks)
 {
     fixHeight(300);
     ui.setScene([] {
-        for (const float spacing : {4.0F, 11.0F}) {
+        for (const float spacing : {4.0f, 11.0f}) {
             ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(8, spacing));
             ImGui::SetNextWindowSize(ImVec2(900, 300));
             system().draw();

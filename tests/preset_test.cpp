@@ -91,11 +91,11 @@ TEST_F(Presets, areRadioButtonsWhoseRowsEachLoadTheirOwnAndSaveTheActiveLimits)
     EXPECT_EQ(log, Texts{}); // there is no active preset to save
     EXPECT_EQ(ticks(), std::vector<bool>({false, false, false}));
     const auto redBars = [&] { return ui.read().rectsOf(IM_COL32(245, 48, 48, 255)).size(); };
-    EXPECT_EQ(redBars(), 1U); // 45 between 0 and 0
+    EXPECT_EQ(redBars(), 1u); // 45 between 0 and 0
     ui.clickBox("Same", 1);
     EXPECT_EQ(ticks(), std::vector<bool>({false, true, false}));
     EXPECT_EQ(ui.read().lines().back(), "Counter | 0.000 | 45 | 20.000"); // at once, but the bar
-    EXPECT_EQ(redBars(), 1U);                                             // waits for the next sample
+    EXPECT_EQ(redBars(), 1u);                                             // waits for the next sample
     show();
 
     const LimitMap& lent = system().getPreset(0).accessPresetFunctor(0);
@@ -172,9 +172,8 @@ TEST_F(Presets, surviveFunctorsThatCallBack)
             return *done; // a functor that was dropped lives on until it returns
         };
         addPreset("Preset", 100, {"ready", load, {}, {}});
-        if (!show().contains("Load")) {
+        if (!show().contains("Load"))
             ui.click("Presets");
-        }
         ui.click("Load");
         ui.moveTo(ImVec2(0, 0));
         EXPECT_EQ(show().lines(), expected);

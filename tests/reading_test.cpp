@@ -102,14 +102,14 @@ TEST_F(Reading, namesItemsByPathAndThePresetInForce)
     const unsigned inner = system().createLabel("Inner", system().createLabel("Outer"));
     EXPECT_EQ(system().path(inner), "Outer/Inner");
     system().removeItem(inner);
-    for (const unsigned none : {0U, inner, INVALID_ID})
+    for (const unsigned none : {0u, inner, INVALID_ID})
         EXPECT_EQ(system().path(none), "") << none;
 
     EXPECT_EQ(system().getActivePreset(), NO_INDEX);
     system().createPreset("Only", {});
     EXPECT_EQ(system().getActivePreset(), NO_INDEX);
     system().choosePreset(0);
-    EXPECT_EQ(system().getActivePreset(), 0U);
+    EXPECT_EQ(system().getActivePreset(), 0u);
 }
 
 } // namespace

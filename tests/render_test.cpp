@@ -19,9 +19,9 @@ protected:
 TEST_F(Items, ofKindsWithoutTheOperationAreReportedAndLeftAlone)
 {
     const std::vector<std::string> wrongType = {"false && \"Wrong statistics item type\""};
-    for (const unsigned item : {0x40000U, 0x50000U, 0x60000U, 0x70000U, 0x80000U})
+    for (const unsigned item : {0x40000u, 0x50000u, 0x60000u, 0x70000u, 0x80000u})
         EXPECT_EQ(reportsOf([&](Render& render) { render.updateNode(item); }), wrongType) << item;
-    for (const unsigned item : {0x60000U, 0x70000U, 0x80000U, INVALID_ID})
+    for (const unsigned item : {0x60000u, 0x70000u, 0x80000u, INVALID_ID})
         EXPECT_EQ(reportsOf([&](Render& render) { render.removeItem(item); }), wrongType) << item;
     EXPECT_EQ(reportsOf([&](Render& render) { EXPECT_FALSE(render.drawItem(0x80000, 1, false)); }),
               wrongType);
@@ -44,7 +44,7 @@ TEST_F(Items, withoutWhatTheyNeedAreReportedAndNotMade)
     EXPECT_NE(TestAccess::render().createPreset("preset", 0, {}, {}, {}, {}), INVALID_ID);
     EXPECT_EQ(reports.take(), (std::vector<std::string>{"getSelectedFunctor", "selectFunctor"}));
     TestAccess::render().removeItem(0x40000);
-    EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0U);
+    EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0u);
 }
 
 TEST_F(Items, ofPresetsAsOfOthersThereAre65536)
@@ -53,11 +53,11 @@ TEST_F(Items, ofPresetsAsOfOthersThereAre65536)
         system().createPreset("preset", {});
     test::Reports reports;
     system().createPreset("one too many", {});
-    EXPECT_EQ(reports.take().size(), 1U);
-    EXPECT_EQ(TestAccess::limitPresets().size(), 65536U);
+    EXPECT_EQ(reports.take().size(), 1u);
+    EXPECT_EQ(TestAccess::limitPresets().size(), 65536u);
     system().choosePreset(65535);
     system().clearPresets();
-    EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0U);
+    EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0u);
 }
 
 } // namespace

@@ -37,9 +37,8 @@ Lines readFile(const std::string& path)
     Lines entries;
     SnapshotValues values;
     statistics::readSnapshotFile(path, values);
-    for (const auto& [caption, value] : values) {
+    for (const auto& [caption, value] : values)
         entries.push_back(caption + "=" + value.toString(nullptr));
-    }
     return entries;
 }
 
@@ -58,8 +57,8 @@ protected:
     void expectExample()
     {
         const statistics::CounterValue north = std::string("north");
-        EXPECT_EQ(written({{"Frame/Time", 16.667F},
-                           {"Frame/Draws", 1250U},
+        EXPECT_EQ(written({{"Frame/Time", 16.667f},
+                           {"Frame/Draws", 1250u},
                            {"Balance", -3},
                            {"Region", north},
                            {"Idle", {}}}),
@@ -97,18 +96,16 @@ TEST_F(SnapshotFile, readingGoesOnToTheFirstLineThatHoldsNoEntry)
         {kHead + "a\tb\t1\n\t2\n \" \xC3\xA9 \t3\n", {"a=0.000", "=2.000", " \" \xC3\xA9 =3.000"}},
         {kHead + std::string("n\0l\t1\0001\nb\t2\n", 11), {std::string("n\0l=1.000", 9), "b=2.000"}},
     };
-    for (const auto& [bytes, entries] : cases) {
+    for (const auto& [bytes, entries] : cases)
         EXPECT_EQ(read(bytes), entries) << bytes;
-    }
 }
 
 TEST_F(SnapshotFile, aValueIsTheNumberAtTheStartOfItsToken)
 {
     std::string bytes = kHead;
     for (const char* token : {"0x10", "-0x1.8p1", "inf", "-Infinity!", "nan", "+1", ".5", "5.", "1e", "1e39",
-                              "-1e39", "1e-60", "1,5", "1.5.7", "--3", "16777217"}) {
+                              "-1e39", "1e-60", "1,5", "1.5.7", "--3", "16777217"})
         bytes += std::string("\t") + token + "\n";
-    }
     EXPECT_EQ(read(bytes),
               (Lines{"=16.000", "=-3.000", "=inf", "=-inf", "=nan", "=1.000", "=0.500", "=5.000", "=1.000",
                      "=inf", "=-inf", "=0.000", "=1.000", "=1.500", "=0.000", "=16777216.000"}));
@@ -178,7 +175,7 @@ TEST_F(SnapshotFile, theReadingTellsHowAndWhereItEnded)
     }
     SnapshotValues values;
     EXPECT_EQ(readSnapshotFile(dir("none.csv"), values).end, ESnapshotRead::Missing);
-    EXPECT_EQ(values.size(), 0U);
+    EXPECT_EQ(values.size(), 0u);
 }
 
 #ifndef _WIN32
@@ -194,9 +191,8 @@ TEST_F(SnapshotFile, onlyRegularFilesAreReadAndNothingIsWaitedFor)
     mkfifo(dir("pipe").c_str(), 0600);
     fs::create_symlink("/dev/zero", dir("endless"));
     SnapshotValues values;
-    for (const char* name : {"pipe", "endless", ""}) {
+    for (const char* name : {"pipe", "endless", ""})
         EXPECT_EQ(readSnapshotFile(dir(name), values).end, ESnapshotRead::NotRegular) << name;
-    }
     dir.write("secret.csv", kExample);
     dir.protect("secret.csv", 0);
     const test::Unprivileged user;
@@ -220,7 +216,7 @@ TEST_F(SnapshotFile, whatStandsAtItsNameIsReplacedAndNeverWrittenThrough)
     fs::create_directory(dir("root/bench/a.csv"));
     const auto refused = statistics::writeSnapshotFile(dir("root"), "bench/a.csv", {});
     EXPECT_EQ(refused.step, ESnapshotWrite::NotPlaced);
-    EXPECT_EQ(filesIn(dir("root")), 1U);
+    EXPECT_EQ(filesIn(dir("root")), 1u);
 }
 
 TEST_F(SnapshotFile, aFullDiskLeavesWhatStoodThereAndTellsIt)
@@ -231,11 +227,11 @@ TEST_F(SnapshotFile, aFullDiskLeavesWhatStoodThereAndTellsIt)
     getrlimit(RLIMIT_FSIZE, &usual);
     const rlimit full{48, usual.rlim_max};
     setrlimit(RLIMIT_FSIZE, &full);
-    const std::string after = written({{"Frame/Time", 16.667F}, {"Frame/Draws", 1250U}, {"Balance", -3}});
+    const std::string after = written({{"Frame/Time", 16.667f}, {"Frame/Draws", 1250u}, {"Balance", -3}});
     setrlimit(RLIMIT_FSIZE, &usual);
     EXPECT_EQ(after, before);
     EXPECT_EQ(describe(writing), "not all of it could be written: File too large");
-    EXPECT_EQ(filesIn(dir("root")), 1U);
+    EXPECT_EQ(filesIn(dir("root")), 1u);
 }
 
 TEST_F(SnapshotFile, whatAKilledProcessLeftGoesWithTheNextWritingAndNothingElse)
@@ -245,7 +241,7 @@ TEST_F(SnapshotFile, whatAKilledProcessLeftGoesWithTheNextWritingAndNothingElse)
     fs::create_directory(dir("root/.snapshot-3-4.part"));
     written({});
     EXPECT_FALSE(dir.has("root/.snapshot-1-2.part"));
-    EXPECT_EQ(filesIn(dir("root")), 3U);
+    EXPECT_EQ(filesIn(dir("root")), 3u);
 }
 
 TEST_F(SnapshotFile, whereNoFileCanBeMadeInTheRootItIsMadeInItsFolder)
@@ -261,15 +257,14 @@ TEST_F(SnapshotFile, whereNoFileCanBeMadeInTheRootItIsMadeInItsFolder)
     dir.protect("root", 0755);
     const fs::path other = fs::path("/dev/shm") / fs::path(dir("")).parent_path().filename();
     std::error_code error;
-    if (!fs::create_directory(other, error)) {
+    if (!fs::create_directory(other, error))
         GTEST_SKIP() << "no second file system";
-    }
     fs::remove_all(dir("root/bench"));
     fs::create_directory_symlink(other, dir("root/bench"));
     fs::create_symlink(dir("outside.csv"), dir("root/bench/a.csv"));
     EXPECT_EQ(written({{"a", 1}}), kHead + "a\t1\n");
     EXPECT_FALSE(dir.has("outside.csv"));
-    EXPECT_EQ(filesIn(dir("root")), 1U);
+    EXPECT_EQ(filesIn(dir("root")), 1u);
     fs::remove_all(other);
 }
 

@@ -35,9 +35,8 @@ protected:
         const Lines way{"Diff", "Snapshots", "old", "one.csv"};
         for (std::size_t level = 1; level < way.size(); ++level) {
             ui.frames(2);
-            if (!ui.read().contains(way[level])) { // what was open before is open again
+            if (!ui.read().contains(way[level])) // what was open before is open again
                 ui.click(way[level - 1]);
-            }
         }
         ui.frames(2);
     }
@@ -62,9 +61,8 @@ protected:
     Lines compared()
     {
         Lines lines = ui.read().lines();
-        while (!lines.empty() && lines[0].rfind("N | ", 0) != 0) {
+        while (!lines.empty() && lines[0].rfind("N | ", 0) != 0)
             lines.erase(lines.begin());
-        }
         return lines;
     }
 
@@ -77,13 +75,13 @@ TEST_F(SnapshotPanel, aSnapshotHoldsTheFreshValueOfEveryCounterUnderItsPath)
     createOpened();
     click({"Take snapshot"});
     EXPECT_EQ(lastFile(), kHead);
-    float time = 16.6667F;
+    float time = 16.6667f;
     const unsigned frame = system().createLabel("Frame");
     const unsigned rows = system().createTable("Rows", nullptr, 9, frame);
     addCounter("Time", system().createLabel("Render", frame), [&] { return time; });
     addCounter("Busy", rows, [] { return -1; });
     system().createLabel("Nothing below");
-    addCounter("One", system().createChildrenCounter("Sum", 0, 0, ""), [] { return 5U; });
+    addCounter("One", system().createChildrenCounter("Sum", 0, 0, ""), [] { return 5u; });
     addCounter("None", 0, [] { return CounterValue(); });
     click({"Take snapshot"}); // nothing has been sampled yet
     time = 20;
@@ -98,7 +96,7 @@ TEST_F(SnapshotPanel, tickedSnapshotsStandSideBySideUntilTheyAreUntickedOrCleare
     ui.clickBox("two.csv");
     EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv", "1 | x | 2.5", "2 | same | 7"}));
     click({"Take snapshot", "bench"});
-    EXPECT_EQ(compared().size(), 3U);
+    EXPECT_EQ(compared().size(), 3u);
     EXPECT_TRUE(ui.ticked("two.csv") && !ui.ticked(snapshots()[2].name));
     ui.clickBox("one.csv");
     EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv | one.csv", "1 | x | 2.5 | 1", "2 | same | 7 | 7"}));
@@ -113,7 +111,7 @@ TEST_F(SnapshotPanel, tickedSnapshotsStandSideBySideUntilTheyAreUntickedOrCleare
     EXPECT_TRUE(system().getDiffTable().m_columns.empty());
     EXPECT_TRUE(fs::is_empty(dir("root")));
     click({"Take snapshot"}); // its folder is still open
-    EXPECT_EQ(snapshots()[0].index, 0U);
+    EXPECT_EQ(snapshots()[0].index, 0u);
     EXPECT_FALSE(ui.ticked(snapshots()[0].name));
 }
 
@@ -129,7 +127,7 @@ TEST_F(SnapshotPanel, twoSnapshotsOfOneSecondShareFileAndBoxButNotTheRecord)
     const std::string name = snapshots().back().name;
     EXPECT_EQ(lastFile(), kHead + "x\t" + std::to_string(value) + "\n");
     click({"bench"});
-    EXPECT_EQ(ui.read().findAll(name).size(), 1U);
+    EXPECT_EQ(ui.read().findAll(name).size(), 1u);
     ui.clickBox(name);
     const std::size_t ticked = system().getDiffTable().m_columns.at(0).snapshot;
     EXPECT_EQ(snapshots()[ticked].name, name);
@@ -139,8 +137,8 @@ TEST_F(SnapshotPanel, twoSnapshotsOfOneSecondShareFileAndBoxButNotTheRecord)
 
 TEST_F(SnapshotPanel, snapshotsAreTurnedOffAndOnAgain)
 {
-    addCounter("same", 0, [] { return 7U; });
-    addCounter("x", 0, [] { return 1.25F; });
+    addCounter("same", 0, [] { return 7u; });
+    addCounter("x", 0, [] { return 1.25f; });
     createOpened();
     ui.clickBox("one.csv");
     EXPECT_FALSE(create("ignored"));
@@ -167,9 +165,8 @@ TEST_F(SnapshotPanel, turningOffGivesBackAllThatSnapshotsTookAndFullPoolsAreNoMa
     const auto labels = [] {
         const auto& pool = TestAccess::render().labels;
         unsigned count = 0;
-        for (auto slot = pool.begin(); slot != pool.end(); slot = pool.next(slot)) {
+        for (auto slot = pool.begin(); slot != pool.end(); slot = pool.next(slot))
             ++count;
-        }
         return count;
     };
     const unsigned before = labels();
@@ -178,9 +175,8 @@ TEST_F(SnapshotPanel, turningOffGivesBackAllThatSnapshotsTookAndFullPoolsAreNoMa
     system().removeStatsAnalyzer();
     EXPECT_TRUE(TestAccess::render().checkboxes.empty());
     EXPECT_EQ(labels(), before);
-    for (unsigned label = labels(); label < statistics::kMostSlots; ++label) {
+    for (unsigned label = labels(); label < statistics::kMostSlots; ++label)
         TestAccess::render().createLabel("");
-    }
     fs::remove_all(dir("root"));
     EXPECT_TRUE(create());
     EXPECT_FALSE(create());
@@ -253,12 +249,12 @@ TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
         EXPECT_THROW(ui.click(button), std::runtime_error);
         EXPECT_EQ(ui.imbalance(), "");
         ui.frame();
-        EXPECT_EQ(compared().size(), 3U);
+        EXPECT_EQ(compared().size(), 3u);
         EXPECT_TRUE(snapshots().size() == 2 && !dir.has("root/bench"));
         hook = [&] {
             const statistics::DiffTable& held = system().getDiffTable();
             EXPECT_TRUE(system().removeStatsAnalyzer() && create("other"));
-            EXPECT_EQ(held.m_rows.size(), 2U);
+            EXPECT_EQ(held.m_rows.size(), 2u);
         };
         ui.click(button);
         hook = [] { system().removeStatsAnalyzer(); };
@@ -303,7 +299,7 @@ TEST_F(SnapshotPanel, codeRecordsSnapshotsAndLearnsWhatBecameOfThem)
     fs::remove_all(dir("root"));
     dir.write("root", "a file where the folder was");
     EXPECT_NE(system().recordSnapshot().problem, "");
-    EXPECT_EQ(snapshots().back().values.size(), 1U); // in memory all the same
+    EXPECT_EQ(snapshots().back().values.size(), 1u); // in memory all the same
 }
 
 #ifndef _WIN32

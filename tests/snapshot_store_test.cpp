@@ -52,7 +52,7 @@ TEST_F(SnapshotStore, aNewSnapshotIsNamedAfterFolderAndLocalTimeAndHoldsTheBytes
     StatisticsAnalyzer store(dir("root"), "100% of it");
     const std::string before = nameNow();
     const statistics::CounterValue text = std::string("1\n2");
-    store.saveSnapshot({{"count", 4294967295U}, {"rate", 0.12345F}, {"a\tb", text}, {"", std::string()}});
+    store.saveSnapshot({{"count", 4294967295u}, {"rate", 0.12345f}, {"a\tb", text}, {"", std::string()}});
     const StatisticsAnalyzer::Snapshot& taken = store.snapshots[0];
     EXPECT_TRUE(before <= taken.name && taken.name <= nameNow()) << taken.name;
     EXPECT_EQ(dir.read("root/100% of it/" + taken.name),
@@ -83,9 +83,8 @@ TEST(SnapshotStamp, followsTheTimeZoneAndFallsBackToSeconds)
 TEST_F(SnapshotStore, findsTheFilesOfAllFoldersAsTheFileSystemDeliversThem)
 {
     for (const char* file : {"root/not.csv", "root/one/a.csv", "root/one/b", "root/one/deeper/not.csv",
-                             "root/two/a.csv", "linked/o.csv"}) {
+                             "root/two/a.csv", "linked/o.csv"})
         dir.write(file, kHead + "x\t1\n");
-    }
     dir.write("root/one/c.txt", "no snapshot");
     fs::create_directory_symlink(dir("linked"), dir("root/linked"));
     fs::create_symlink(dir("linked/o.csv"), dir("root/two/linked.csv"));
@@ -96,16 +95,14 @@ TEST_F(SnapshotStore, findsTheFilesOfAllFoldersAsTheFileSystemDeliversThem)
     const auto followed = fs::directory_options::follow_directory_symlink;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(dir("root"), followed)) {
         const fs::path name = fs::path(entry).lexically_relative(dir("root"));
-        if (!entry.is_directory() && name.stem() != "not") {
+        if (!entry.is_directory() && name.stem() != "not")
             expected.push_back(name.string());
-        }
     }
     const StatisticsAnalyzer store(dir("root"), "bench");
     ASSERT_EQ(records(store), expected);
-    ASSERT_EQ(expected.size(), 6U);
-    for (const StatisticsAnalyzer::Snapshot& snapshot : store.snapshots) {
-        EXPECT_EQ(snapshot.values.size(), snapshot.name == "c.txt" ? 0U : 1U) << snapshot.name;
-    }
+    ASSERT_EQ(expected.size(), 6u);
+    for (const StatisticsAnalyzer::Snapshot& snapshot : store.snapshots)
+        EXPECT_EQ(snapshot.values.size(), snapshot.name == "c.txt" ? 0u : 1u) << snapshot.name;
     store.forEachSnapshot({}); // nothing to call is nothing to do
 }
 
@@ -148,7 +145,7 @@ TEST_F(SnapshotStore, aFileThatStandsWhereAFolderWasStaysAndIsAnError)
     dir.write("root/one", "mine");
     EXPECT_THROW(store.clearSnapshots(), fs::filesystem_error);
     EXPECT_EQ(dir.read("root/one"), "mine");
-    EXPECT_EQ(store.snapshots.size(), 1U);
+    EXPECT_EQ(store.snapshots.size(), 1u);
     fs::remove(dir("root/one"));
     store.clearSnapshots(); // what is gone already is no error
     EXPECT_TRUE(store.snapshots.empty());
@@ -175,16 +172,15 @@ TEST_F(SnapshotStore, processesThatTakeScanAndClearInOneRootNeverDisturbEachOthe
 TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
 {
     for (const char* file : {"root/one/a.csv", "root/one/b.csv", "root/one/deeper/still/c.csv",
-                             "root/top.txt", "late/kept.csv", "outside/o.csv", "beside/b.csv"}) {
+                             "root/top.txt", "late/kept.csv", "outside/o.csv", "beside/b.csv"})
         dir.write(file, kHead);
-    }
     fs::create_directory_symlink(dir("outside"), dir("root/linked"));
     fs::create_directory_symlink(dir("outside"), dir("root/one/linked"));
     fs::create_directory_symlink("../../../beside", dir("root/one/deeper/linked"));
     fs::create_directory_symlink(dir("root"), dir("root/one/up"));
     StatisticsAnalyzer store(dir("root"), "bench");
     store.saveSnapshot({{"a", 1}});
-    ASSERT_EQ(store.snapshots.size(), 4U);
+    ASSERT_EQ(store.snapshots.size(), 4u);
     store.addToDiff(3);
     store.addToDiff(4);                        // there is none
     fs::rename(dir("late"), dir("root/late")); // a folder that no record tells of
@@ -201,7 +197,7 @@ TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
     store.clearSnapshots(); // nothing known, nothing deleted
     EXPECT_TRUE(dir.has("root/bench/late.csv"));
     store.saveSnapshot({});
-    EXPECT_EQ(store.snapshots[0].index, 0U);
+    EXPECT_EQ(store.snapshots[0].index, 0u);
     EXPECT_EQ(dir.read("root/bench/" + store.snapshots[0].name), kHead);
 }
 

@@ -58,11 +58,11 @@ TEST_F(Support, aBarIsAsLongAndAsColouredAsItWasDrawn)
     constexpr ImU32 kGreen = IM_COL32(0, 200, 0, 255);
     show([] {
         ImGui::PushStyleColor(ImGuiCol_PlotHistogram, kGreen);
-        ImGui::ProgressBar(0.25F, ImVec2(200, 20), "quarter");
+        ImGui::ProgressBar(0.25f, ImVec2(200, 20), "quarter");
         ImGui::PopStyleColor();
     });
     const std::vector<test::Rect> bars = ui.read().rectsOf(kGreen);
-    ASSERT_EQ(bars.size(), 1U);
+    ASSERT_EQ(bars.size(), 1u);
     EXPECT_NEAR(bars[0].size().x, 50, 0.01);
     EXPECT_NEAR(bars[0].size().y, 20, 0.01);
 }

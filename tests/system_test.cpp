@@ -36,7 +36,7 @@ TEST(SystemLife, startsAnewAsOftenAsTheHostLikesAndReportsWhatIsOnceTooMany)
         EXPECT_EQ(System::instance(), nullptr);
         System::initialize();
         EXPECT_EQ(getItemIndex("A"), INVALID_ID);
-        EXPECT_EQ(label("A"), 1U);
+        EXPECT_EQ(label("A"), 1u);
         EXPECT_EQ(TestAccess::render().labels[3], "A"); // behind "Presets", "Diff" and "Snapshots"
         bool gone = false;
         addCounter("B", [guard = atEnd([&] { gone = !System::instance() && label("C") == INVALID_ID; })] {
@@ -92,7 +92,7 @@ TEST_F(SystemItems, areFoundByNameOrMadeWhateverTheirKind)
     EXPECT_EQ(addCounter("A", [guard = atEnd([&] { dropped = true; })] { return 1; }), a);
     EXPECT_TRUE(dropped);
     EXPECT_EQ((Ids{label("A"), label("B"), table("B", 0, 0, {}), label("A", a)}), (Ids{a, b, b, 3}));
-    EXPECT_EQ(TestAccess::render().labels.nextIndex(), 5U);
+    EXPECT_EQ(TestAccess::render().labels.nextIndex(), 5u);
     EXPECT_EQ((Ids{label(nullptr), getItemIndex(nullptr)}), (Ids{INVALID_ID, INVALID_ID}));
 }
 
@@ -115,7 +115,7 @@ TEST_F(SystemItems, areRemovedWithAllBelowAndTheirIdsUsedAgain)
     system().removeItem(a);
     EXPECT_EQ((Ids{getItemIndex("A"), getItemIndex("A/b")}), (Ids{INVALID_ID, INVALID_ID}));
     EXPECT_EQ(label("new"), a);
-    EXPECT_EQ(TestAccess::render().labels.nextIndex(), 4U); // "new" has the slot freed last
+    EXPECT_EQ(TestAccess::render().labels.nextIndex(), 4u); // "new" has the slot freed last
     test::Reports reports;
     system().removeItem(0);
     EXPECT_EQ(reports.take(), Names{"false && \"Wrong statistics item type\""});
@@ -170,17 +170,17 @@ TEST_F(SystemItems, areSampledByTheirPeriods)
         bool enabled = true;
     };
     const std::pair<float, std::vector<Step>> cases[] = {
-        {10, {{0, true}, {0, false}, {9.5F, false}, {0.25F, false}, {0.25F, true}, {9, false}, {1, true}}},
-        {1, {{0.7F, true}, {0.7F, false}, {0.7F, true}, {0.7F, false}, {0.7F, true}}}, // excess is dropped
+        {10, {{0, true}, {0, false}, {9.5f, false}, {0.25f, false}, {0.25f, true}, {9, false}, {1, true}}},
+        {1, {{0.7f, true}, {0.7f, false}, {0.7f, true}, {0.7f, false}, {0.7f, true}}}, // excess is dropped
         {0, {{0, true}, {0, true}, {1, true}}},
         {-1, {{0, true}, {0, true}}},
         {kNan, {{0, true}, {0, true}}},
-        {INFINITY, {{0, true}, {0, false}, {1e30F, false}, {-1, true}, {1, false}}},
+        {INFINITY, {{0, true}, {0, false}, {1e30f, false}, {-1, true}, {1, false}}},
         {5, {{1, true}, {-1, true}, {4, false}, {kNan, true}, {4, false}, {-INFINITY, true}, {5, true}}},
         {5, {{9, false, false}, {0, true}, {9, false, false}, {-1, false, false}, {4, false}, {1, true}}}};
     for (const auto& [period, steps] : cases) {
         std::string samples;
-        const unsigned rows = table("table", period, 0, [&] { return samples += 't', 0U; });
+        const unsigned rows = table("table", period, 0, [&] { return samples += 't', 0u; });
         const unsigned counter = addCounter(
             "counter", [&] { return samples += 'c', 1; }, period);
         for (std::size_t i = 0; i < steps.size(); ++i) {
@@ -199,11 +199,11 @@ TEST_F(SystemItems, areSampledOnDemandWithoutTouchingTheirTime)
     const unsigned counter = addCounter(
         "counter", [&] { return ++samples; }, 1, label("A"));
     sample();
-    system().update(0.75F, true);
+    system().update(0.75f, true);
     system().updateNode(counter);
     system().updateNode(1);
     EXPECT_EQ(samples, 2);
-    system().update(0.25F, true);
+    system().update(0.25f, true);
     EXPECT_EQ(samples, 3);
 }
 

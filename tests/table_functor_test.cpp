@@ -37,8 +37,8 @@ protected:
         inner = statistics::table("Inner", 0, group, doing("count", [this] { return innerRows; }));
         model = system().getTable(inner);
         for (const char* caption : {"Key", "Other"}) {
-            model->addColumn(caption, doing("cell", [](std::size_t row) { return 70U + unsigned(row); }),
-                             0.3F);
+            model->addColumn(caption, doing("cell", [](std::size_t row) { return 70u + unsigned(row); }),
+                             0.3f);
         }
         model->m_keyColumn = 0;
         model->m_defaultAction = doing("default", [](std::size_t) {});
@@ -137,7 +137,7 @@ TEST_F(TableFunctors, runInPlaceAndKeepTheirState)
     int copies = 0;
     test::Indices calls;
     table.m_header[1].getter = [n = 0, held = CopyCounter(copies)](std::size_t) mutable { return ++n; };
-    table.addAction("Count", [&calls, n = 0U](std::size_t) mutable { calls.push_back(++n); });
+    table.addAction("Count", [&calls, n = 0u](std::size_t) mutable { calls.push_back(++n); });
     table.m_defaultAction = table.m_rowActions[0].action;
     copies = 0;
     EXPECT_EQ(table.getCell(1, 0), "1 B");
@@ -167,17 +167,17 @@ TEST_F(TableFunctors, mayReplaceThemselvesAndLiveOnUntilTheCallReturns)
                 guard = std::shared_ptr<void>(nullptr, [this, name](void*) { gone.emplace_back(name); })](
                    auto... row) {
             replace();
-            EXPECT_EQ(text.size() + gone.size(), 100U);
+            EXPECT_EQ(text.size() + gone.size(), 100u);
             return CounterValue(static_cast<int>(text.size()) + static_cast<int>(sizeof...(row)));
         };
     };
     table.m_header[0].getter = goes("getter", [this] { table.m_header.clear(); });
-    table.m_rowCount = [count = goes("count", [this] { table.m_rowCount = [] { return 2U; }; })]() mutable {
+    table.m_rowCount = [count = goes("count", [this] { table.m_rowCount = [] { return 2u; }; })]() mutable {
         return std::size_t(count().toUInt() / 50);
     };
     system().updateNode(id);
     EXPECT_EQ(gone, (Lines{"count", "getter"}));
-    EXPECT_EQ(table.m_rowCount(), 2U);
+    EXPECT_EQ(table.m_rowCount(), 2u);
 }
 
 TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
@@ -196,7 +196,7 @@ TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
     sample();
     EXPECT_EQ(table.m_order, (test::Indices{2, 0, 1}));
     table.sort(0, false);
-    EXPECT_EQ(missing, 0U);
+    EXPECT_EQ(missing, 0u);
     table.m_rowCount = [this, flicker = 0]() mutable { return rows.size() - std::size_t(++flicker % 2); };
     for (int turn = 0; turn < 3; ++turn)
         EXPECT_NO_THROW(system().updateNode(id));
@@ -230,8 +230,8 @@ TEST_F(TableFunctors, areSortedOnceARefreshHoweverTheCountChangesMeanwhile)
     for (int turn = 0; turn < 4; ++turn) {
         reads = 0;
         system().updateNode(id);
-        EXPECT_LT(reads, 2 * 200 + 2 * 200 * 8U) << "the cells and one sort";
-        EXPECT_LE(item.rows.size() - table.m_order.size() + 1, 2U);
+        EXPECT_LT(reads, 2 * 200 + 2 * 200 * 8u) << "the cells and one sort";
+        EXPECT_LE(item.rows.size() - table.m_order.size() + 1, 2u);
     }
 }
 

@@ -17,7 +17,7 @@ protected:
     TableLayout()
     {
         table.addColumn(
-            "Third", [](std::size_t) { return std::string("third"); }, 0.3F);
+            "Third", [](std::size_t) { return std::string("third"); }, 0.3f);
         ui.setScene([this] {
             ImGui::SetNextWindowSize(panelSize);
             system().draw();
@@ -34,8 +34,8 @@ protected:
     // Of the first two columns; a dragging is as exact as the mouse.
     static void expectWidths(test::Offscreen& screen, float first)
     {
-        EXPECT_NEAR(screen.text("3 B").min.x - screen.text("beta").min.x, first, 1.1F);
-        EXPECT_NEAR(screen.text("third").min.x - screen.text("3 B").min.x, 255, 1.1F);
+        EXPECT_NEAR(screen.text("3 B").min.x - screen.text("beta").min.x, first, 1.1f);
+        EXPECT_NEAR(screen.text("third").min.x - screen.text("3 B").min.x, 255, 1.1f);
     }
 
     using Widths = std::vector<float>;
@@ -56,8 +56,8 @@ protected:
 
 TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoes)
 {
-    for (const float first : {340.0F, 400.0F}) {
-        for (const float width : {1000.0F, 1200.0F, 700.0F, 64.0F, 32.0F}) {
+    for (const float first : {340.0f, 400.0f}) {
+        for (const float width : {1000.0f, 1200.0f, 700.0f, 64.0f, 32.0f}) {
             showAt(width);
             showAt(1000);
             expectWidths(ui, first);
@@ -65,7 +65,7 @@ TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoe
         ui.moveTo("beta");
         showAt(660);
         ui.wheel(-100, 0);
-        EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 255, 1.1F);
+        EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 255, 1.1f);
         ui.wheel(100, 0);
         ImGui::GetStyle().IndentSpacing = 90;
         rows.resize(200, {"zeta", 3}); // with a scrollbar
@@ -88,7 +88,7 @@ TEST_F(TableLayout, aBorderCanBeDraggedAnywhereAndBack)
     const auto borders = [this] {
         return Widths{ui.text("3 B").min.x, ui.text("third").min.x, columnWidth(columnSet(), 2)};
     };
-    for (const float far : {65.0F, 250.0F, 1500.0F, -1500.0F}) {
+    for (const float far : {65.0f, 250.0f, 1500.0f, -1500.0f}) {
         for (const int column : {1, 2}) {
             showAt(1000);
             const Widths before = borders();
@@ -107,9 +107,9 @@ TEST_F(TableLayout, aBorderCanBeDraggedAnywhereAndBack)
 
 TEST_F(TableLayout, thousandsOfColumnsCanBeShownAndDragged)
 {
-    for (const std::size_t count : {900U, 3000U, 5000U}) {
+    for (const std::size_t count : {900u, 3000u, 5000u}) {
         table.m_header.resize(count, table.m_header[1]);
-        for (const float scale : {2.0F, 0.05F, 1.0F}) {
+        for (const float scale : {2.0f, 0.05f, 1.0f}) {
             ui.setFontScale(scale);
             showAt(1000);
         }
@@ -125,32 +125,32 @@ TEST_F(TableLayout, twoHundredColumnsOfOddWidthsCanBeReachedAndSorted)
     table.m_header.resize(200, table.m_header[1]);
     table.m_header[199].caption = "Last";
     std::size_t column = 3;
-    for (const float odd : {0.0F, -1.0F, NAN, -INFINITY, 1e-30F, INFINITY, 1e30F})
+    for (const float odd : {0.0f, -1.0f, NAN, -INFINITY, 1e-30f, INFINITY, 1e30f})
         table.m_header[column++].widthFraction = odd;
     showAt(32);
     showAt(1000);
     expectWidths(ui, 340);
     ui.moveTo("beta");
-    ui.wheel(-1e5F, 0);
+    ui.wheel(-1e5f, 0);
     ui.click("Last");
-    EXPECT_EQ(table.m_sortColumn, 199U);
+    EXPECT_EQ(table.m_sortColumn, 199u);
     EXPECT_EQ(ui.text("3 B").line, ui.text("Last").line + 1);
 }
 
 TEST_F(TableLayout, aRowIsAsWideAsItsColumnsAndThePanelScrollsAsFar)
 {
     table.m_keyColumn = 2;
-    table.addColumn("Fourth", table.m_header[0].getter, 0.7F);
+    table.addColumn("Fourth", table.m_header[0].getter, 0.7f);
     rows.resize(1000, {"x", 1});
     rows.push_back({std::string(500, 'y'), 1});
     show();
     const float range = scrollRange().x;
-    EXPECT_NEAR(range, 850 * 1.7F + ImGui::GetStyle().IndentSpacing - panelSize.x, 50);
+    EXPECT_NEAR(range, 850 * 1.7f + ImGui::GetStyle().IndentSpacing - panelSize.x, 50);
     ui.moveTo("Name");
-    ui.wheel(-1e5F, 0);
+    ui.wheel(-1e5f, 0);
     ui.click("beta"); // in the fourth column, beyond the layout's width
-    EXPECT_EQ(table.m_selectedRow, 1U);
-    ui.wheel(0, -1e6F);
+    EXPECT_EQ(table.m_selectedRow, 1u);
+    ui.wheel(0, -1e6f);
     EXPECT_TRUE(ui.read().contains("yyyyy"));
     EXPECT_EQ(scrollRange().x, range) << "texts that happen to be in view don't count";
 }
@@ -160,7 +160,7 @@ TEST_F(TableLayout, manyRowsDrawOnlyWhatIsInViewEachInItsPlace)
     constexpr int kMostVertices = 40 * 15 * 4; // of the lines in view, with some glyphs each
     table.m_keyColumn = 0;
     rows.assign(100000, {"", 1});
-    table.m_header[1].getter = [](std::size_t row) { return 99999U - static_cast<unsigned>(row); };
+    table.m_header[1].getter = [](std::size_t row) { return 99999u - static_cast<unsigned>(row); };
     table.sort(1, true);
     show();
     const float line = ImGui::GetTextLineHeightWithSpacing();
@@ -176,9 +176,9 @@ TEST_F(TableLayout, manyRowsDrawOnlyWhatIsInViewEachInItsPlace)
         ui.wheel(0, -5);
     }
     EXPECT_GT(place, 325 * 60);
-    ui.wheel(0, -1e6F);
+    ui.wheel(0, -1e6f);
     ui.click("99999 B");
-    EXPECT_EQ(table.m_selectedRow, 99999U);
+    EXPECT_EQ(table.m_selectedRow, 99999u);
     const float range = scrollRange().y;
     item.rows[50000][0] = "1\n2"; // behind the refresh's back: nobody looks at it
     ui.frames(2);
@@ -203,9 +203,9 @@ TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
         return "a" + std::string(breaks, '\n') + "b" + (row % 4 == 1 ? "\n" : ""); // which begins no line
     };
     ImGui::GetIO().DisplaySize.y = 6000;
-    for (const float scale : {1.0F, 1.5F, 2.0F}) {
+    for (const float scale : {1.0f, 1.5f, 2.0f}) {
         ui.setFontScale(scale);
-        const bool whole = scale != 1.5F; // or ImGui rounds each line for itself
+        const bool whole = scale != 1.5f; // or ImGui rounds each line for itself
         ImGui::GetStyle().ItemSpacing.y = 3 + 2 * scale;
         panelSize.y = 5900;
         showAt(1000);
@@ -216,7 +216,7 @@ TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
             const float height =
                 line * static_cast<float>(1 + extraLines(row - 1)) + ImGui::GetStyle().ItemSpacing.y;
             places[name(row)] = ui.text(name(row)).min.y;
-            EXPECT_NEAR(places[name(row)] - places[name(row - 1)], height, whole ? 0.01F : 2.5F);
+            EXPECT_NEAR(places[name(row)] - places[name(row - 1)], height, whole ? 0.01f : 2.5f);
         }
         panelSize.y = 300;
         showAt(1000);
@@ -227,7 +227,7 @@ TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
             last = window.Scroll.y;
             for (const test::Text& text : ui.read().texts)
                 if (places.count(text.text)) {
-                    EXPECT_NEAR(text.min.y, places[text.text] - last, whole ? 0.01F : 1.01F);
+                    EXPECT_NEAR(text.min.y, places[text.text] - last, whole ? 0.01f : 1.01f);
                     ++seen;
                 }
         }
@@ -247,10 +247,10 @@ TEST_F(TableLayout, theKeyboardReachesEveryRow)
     for (int step = 1; step <= 100; ++step)
         ui.pressKey(ImGuiKey_DownArrow);
     ui.pressKey(ImGuiKey_Space);
-    EXPECT_EQ(table.m_selectedRow, 100U);
+    EXPECT_EQ(table.m_selectedRow, 100u);
     ui.pressKey(ImGuiKey_End);
     ui.pressKey(ImGuiKey_Space);
-    EXPECT_EQ(table.m_selectedRow, 499U);
+    EXPECT_EQ(table.m_selectedRow, 499u);
     ui.pressKey(ImGuiKey_PageUp);
     ui.pressKey(ImGuiKey_Space);
     EXPECT_NEAR(static_cast<double>(table.m_selectedRow), 470, 10);
@@ -263,8 +263,8 @@ TEST_F(TableLayout, atAnotherFontSizeNothingIsCut)
     ui.setFontScale(2);
     ImGui::GetStyle().FramePadding.y = 12;
     showAt(2500);
-    EXPECT_NEAR(ui.text("3 B").min.x - ui.text("beta").min.x, 680, 1.1F);
-    EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 510, 1.1F);
+    EXPECT_NEAR(ui.text("3 B").min.x - ui.text("beta").min.x, 680, 1.1f);
+    EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 510, 1.1f);
     const test::Text& header = ui.text("Name");
     const test::Rect button = ui.read().rectsAt(header.center()).back();
     EXPECT_EQ(button.size().y, 40);

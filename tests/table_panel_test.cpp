@@ -29,11 +29,10 @@ protected:
         ui.moveTo(ImVec2(1, 1));
         Lines result;
         const auto highlights = ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Header));
-        for (const test::Text& text : ui.read().texts) {
+        for (const test::Text& text : ui.read().texts)
             if (!highlights.empty() && highlights[0].contains(text.center()))
                 result.push_back(text.text);
-        }
-        EXPECT_LE(highlights.size(), 1U);
+        EXPECT_LE(highlights.size(), 1u);
         return result;
     }
 
@@ -51,7 +50,7 @@ TEST_F(TableOnPanel, comesAscendingAndEachHeaderClickTurnsTheDirection)
         EXPECT_EQ(order(), sizes) << header;
     }
     struct Clicked {};
-    item.timer = 0.5F;
+    item.timer = 0.5f;
     rows[0].size = 9;
     reads = 0;
     ui.setScene([this] {
@@ -61,7 +60,7 @@ TEST_F(TableOnPanel, comesAscendingAndEachHeaderClickTurnsTheDirection)
     });
     EXPECT_THROW(ui.click("Size"), Clicked);
     EXPECT_EQ(order(), "921") << "read anew for the same frame";
-    EXPECT_EQ(item.timer, 0.5F);
+    EXPECT_EQ(item.timer, 0.5f);
 }
 
 TEST_F(TableOnPanel, showsTheLastRefreshAndCallsNothingOfTheHost)
@@ -72,7 +71,7 @@ TEST_F(TableOnPanel, showsTheLastRefreshAndCallsNothingOfTheHost)
     system().update(1, false);
     ui.click("beta");
     EXPECT_EQ(order(), "231");
-    EXPECT_EQ(reads + counts, 0U);
+    EXPECT_EQ(reads + counts, 0u);
     EXPECT_EQ(shownLines()[2], "zeta | 9 B") << "a new value in its old place";
 }
 
@@ -83,7 +82,7 @@ TEST_F(TableOnPanel, onlyAKeyColumnShowsTheSelection)
     ui.click("beta");
     EXPECT_EQ(table.m_selectedRow, NO_INDEX);
     ui.doubleClick("gamma");
-    EXPECT_EQ(table.m_selectedRow, 2U);
+    EXPECT_EQ(table.m_selectedRow, 2u);
     EXPECT_EQ(selected(), Lines{});
     statistics::setKeyColumn(id, 0);
     ui.frame();
@@ -96,7 +95,7 @@ TEST_F(TableOnPanel, onlyAKeyColumnShowsTheSelection)
     rows.resize(1);
     show();
     EXPECT_EQ(selected(), Lines{});
-    EXPECT_EQ(table.m_selectedRow, 1U);
+    EXPECT_EQ(table.m_selectedRow, 1u);
 }
 
 TEST_F(TableOnPanel, aDoubleClickActsOnceOnTheDataRowAndWithoutEntriesThereIsNoMenu)
@@ -110,7 +109,7 @@ TEST_F(TableOnPanel, aDoubleClickActsOnceOnTheDataRowAndWithoutEntriesThereIsNoM
         EXPECT_EQ(std::exchange(noted, {}), (Indices{2, 2, 0}));
         ui.rightClick("gamma");
         EXPECT_EQ(lines(), shownLines());
-        EXPECT_EQ(table.m_selectedRow, 1U);
+        EXPECT_EQ(table.m_selectedRow, 1u);
     }
 }
 
@@ -204,7 +203,7 @@ TEST_F(TableOnPanel, textsAreShownWholeAndThoseThatLookAlikeAnswerEachForItself)
     ui.click("a##b###c", 1);
     EXPECT_EQ(selected(), (Lines{"a##b###c", "1 B"}));
     ui.click("lines 100 %d");
-    EXPECT_EQ(table.m_selectedRow, 1U);
+    EXPECT_EQ(table.m_selectedRow, 1u);
     const float left = ui.text("##").min.x;
     for (const char* size : {"4 B", "3 B"}) {
         ui.click(ImVec2(left, ui.text(size).center().y)); // in its empty key cell

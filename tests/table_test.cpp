@@ -39,15 +39,15 @@ TEST_F(TableModel, rowsMoveOnlyWhenSortedAnewOrWhenTheirNumberChanges)
 TEST_F(TableModel, aRefreshReadsEachCellOnceAndTheRowCountOncePerCell)
 {
     sample();
-    EXPECT_EQ(counts, 1U + 2 * 2 + 6) << "its own, one for each cell, two for each comparison of the sort";
-    for (const std::size_t cells : {6U, 0U}) {
+    EXPECT_EQ(counts, 1u + 2 * 2 + 6) << "its own, one for each cell, two for each comparison of the sort";
+    for (const std::size_t cells : {6u, 0u}) {
         reads = counts = 0;
         system().updateNode(id);
         EXPECT_EQ(reads, cells);
         EXPECT_EQ(counts, 1 + cells);
         rows.clear();
     }
-    EXPECT_EQ(table.m_order.size(), 3U) << "no cell is read, so nothing sorts";
+    EXPECT_EQ(table.m_order.size(), 3u) << "no cell is read, so nothing sorts";
 }
 
 Indices dataOrder(std::size_t count)
@@ -72,7 +72,7 @@ void expectAllRows(const char* what, std::function<CounterValue(std::size_t)> re
 TEST(TableSort, valuesThatDontOrderLoseNoRow)
 {
     const CounterValue nan = std::numeric_limits<float>::quiet_NaN();
-    const CounterValue mixed[] = {1, 2U, nan, 1.5F, std::string("2"), {}, -1};
+    const CounterValue mixed[] = {1, 2u, nan, 1.5f, std::string("2"), {}, -1};
     std::mt19937 random(11);
     expectAllRows("NaN",
                   [&](std::size_t row) { return row % 3 ? static_cast<unsigned>(row * 7 % 97) : nan; });
@@ -109,7 +109,7 @@ TEST_F(TableModel, aColumnOutOfRangeIsReportedByTheSortAndTheSumAndHasNoCells)
 {
     test::Reports reports;
     EXPECT_EQ(table.sumColumn(1), 6);
-    EXPECT_EQ(counts, 1U);
+    EXPECT_EQ(counts, 1u);
     table.sort(2, false);
     EXPECT_TRUE(table.sumColumn(2).isEmpty());
     EXPECT_EQ(reports.take(), Lines(2, "column < m_header.size()"));
@@ -125,13 +125,13 @@ TEST_F(TableModel, theTextOfARowIsItsCellsOfThisMomentBetweenTabs)
     rows[0] = {"", 30};
     EXPECT_EQ(table.rowText(0), "\t30 B");
     table.addColumn(
-        "Empty", [](std::size_t) { return CounterValue(); }, 0.1F, "%d B");
+        "Empty", [](std::size_t) { return CounterValue(); }, 0.1f, "%d B");
     table.addColumn(
-        "Text", [](std::size_t) { return std::string("100 %d\t\""); }, 0.1F, "%s%n");
+        "Text", [](std::size_t) { return std::string("100 %d\t\""); }, 0.1f, "%s%n");
     EXPECT_EQ(table.rowText(2), "alpha\t2 B\t---\t100 %d\t\"");
     table.m_header.clear();
     EXPECT_EQ(table.rowText(0), "");
-    table.addColumn("None", {}, 0.1F);
+    table.addColumn("None", {}, 0.1f);
     EXPECT_THROW(table.rowText(0), std::bad_function_call);
 }
 
@@ -153,7 +153,7 @@ TEST_F(TableModel, actionsGetTheDataRowAndRunOnNoRowThatIsNotThere)
 TEST_F(TableModel, aNodeWithoutATableIsHarmlessAndOneThatIsNotThereReported)
 {
     const unsigned label = statistics::label("Label", 0);
-    for (const std::size_t reported : {0U, 5U}) {
+    for (const std::size_t reported : {0u, 5u}) {
         test::Reports reports;
         statistics::setKeyColumn(label, 1);
         statistics::addRowAction(label, "Action", {});

@@ -51,12 +51,12 @@ TEST(Tree, startsWithItsRootAndGrowsBy100Slots)
     EXPECT_EQ(forest.tree.item(0), INVALID_ID);
     EXPECT_EQ(forest.names(), Names{});
     for (unsigned id = 1; id <= 100; ++id) {
-        EXPECT_EQ(forest.tree.m_nodes.size(), 100U);
+        EXPECT_EQ(forest.tree.m_nodes.size(), 100u);
         EXPECT_EQ(forest.tree.nextId(), id);
         EXPECT_EQ(forest.add("x", id - 1), id); // each below the one before
         EXPECT_EQ(forest.tree.m_nodes[id].depth, id);
     }
-    EXPECT_EQ(forest.tree.m_nodes.size(), 200U);
+    EXPECT_EQ(forest.tree.m_nodes.size(), 200u);
 }
 
 TEST(Tree, removalGivesIdsBackLastFirstAndKeepsTheOrderOfSiblings)
@@ -69,10 +69,10 @@ TEST(Tree, removalGivesIdsBackLastFirstAndKeepsTheOrderOfSiblings)
     forest.remove(2);
     forest.remove(2);
     EXPECT_EQ(forest.names(), (Names{"A", "C"}));
-    for (const unsigned id : {2U, 5U, 4U})
+    for (const unsigned id : {2u, 5u, 4u})
         EXPECT_EQ(forest.add(std::to_string(id)), id);
     EXPECT_EQ(forest.names(), (Names{"A", "C", "2", "5", "4"}));
-    EXPECT_EQ(forest.render.labels.nextIndex(), 5U); // five labels live in five slots
+    EXPECT_EQ(forest.render.labels.nextIndex(), 5u); // five labels live in five slots
 }
 
 TEST(Tree, takesAStaleIdSilentlyButNotAsAParent)
@@ -81,13 +81,13 @@ TEST(Tree, takesAStaleIdSilentlyButNotAsAParent)
     forest.add("A");
     forest.remove(forest.add("gone"));
     test::Reports reports;
-    for (const unsigned stale : {INVALID_ID, 2U, 100U}) {
+    for (const unsigned stale : {INVALID_ID, 2u, 100u}) {
         EXPECT_EQ(forest.find("A", stale), INVALID_ID);
         forest.remove(stale);
         forest.tree.updateNode(stale, forest.render);
-        EXPECT_EQ(reports.texts().size(), 0U);
+        EXPECT_EQ(reports.texts().size(), 0u);
         EXPECT_EQ(forest.add("x", stale), INVALID_ID);
-        EXPECT_EQ(reports.take().size(), 1U);
+        EXPECT_EQ(reports.take().size(), 1u);
     }
     EXPECT_EQ(forest.names(), Names{"A"});
 }
@@ -112,13 +112,13 @@ TEST(Tree, clearedChildrenAreOutOfReachButKeepTheirIds)
     Forest forest;
     forest.add("A");
     forest.add("a1", 1);
-    EXPECT_EQ(forest.find("a1", 1), 2U);
+    EXPECT_EQ(forest.find("a1", 1), 2u);
     forest.tree.clearChildren(1);
     EXPECT_EQ(forest.find("a1", 1), INVALID_ID);
     EXPECT_EQ(forest.names(), Names{"A"});
-    EXPECT_EQ(forest.tree.item(2), 0x10001U);
-    EXPECT_EQ(forest.add("a1", 1), 3U);
-    EXPECT_EQ(forest.find("a1", 1), 3U);
+    EXPECT_EQ(forest.tree.item(2), 0x10001u);
+    EXPECT_EQ(forest.add("a1", 1), 3u);
+    EXPECT_EQ(forest.find("a1", 1), 3u);
     forest.remove(2);
     EXPECT_EQ(forest.names(), (Names{"A", "a1"}));
     forest.tree.m_nodes.clear();
@@ -151,12 +151,12 @@ TEST(Tree, findsTheFirstOfNamesakesAlsoWhenAnIdWasUsedBefore)
     Forest forest;
     forest.add("x");
     forest.add("x");
-    EXPECT_EQ(forest.find("x"), 1U);
+    EXPECT_EQ(forest.find("x"), 1u);
     forest.remove(1);
-    EXPECT_EQ(forest.add("x"), 1U); // behind 2 now
-    EXPECT_EQ(forest.find("x"), 2U);
+    EXPECT_EQ(forest.add("x"), 1u); // behind 2 now
+    EXPECT_EQ(forest.find("x"), 2u);
     forest.remove(2);
-    EXPECT_EQ(forest.find("x"), 1U);
+    EXPECT_EQ(forest.find("x"), 1u);
 }
 
 TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
@@ -257,7 +257,7 @@ TEST(Tree, isWalkedSummedAndRemovedAtAnyDepth)
     EXPECT_EQ(count, kDepth + 2);
     forest.remove(1);
     EXPECT_EQ(forest.names(), Names{});
-    EXPECT_EQ(forest.tree.nextId(), 1U);
+    EXPECT_EQ(forest.tree.nextId(), 1u);
 }
 
 } // namespace

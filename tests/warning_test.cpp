@@ -29,11 +29,11 @@ TEST_F(CollectWarnings, judgesTheLiveValueInItsOwnKind)
                                 {1000, 30, 1000},
                                 {CounterValue(), 30, 1000},
                                 {NAN, 30, 1000},
-                                {3, 3.9F, 3.9F},
+                                {3, 3.9f, 3.9f},
                                 {INT_MAX, -FLT_MAX, FLT_MAX},
                                 {text("b"), text("a"), text("c")}};
-    const ValueMinMax outside = {{29, 30, 1000}, {1001, 30, 1000}, {3.95F, 3, 3.9F},
-                                 {-1, 0U, 10U},  {0U, -1, 10},     {text("5"), 10, 40}};
+    const ValueMinMax outside = {{29, 30, 1000}, {1001, 30, 1000}, {3.95f, 3, 3.9f},
+                                 {-1, 0u, 10u},  {0u, -1, 10},     {text("5"), 10, 40}};
     add("Plain", Counter(nullptr)); // without limits, so it isn't read
     for (const bool warns : {false, true}) {
         for (const auto& [value, min, max] : warns ? outside : within) {

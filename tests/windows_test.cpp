@@ -36,18 +36,18 @@ protected:
 TEST_F(Windows, linesOfASnapshotEndWithCarriageReturnAndLineFeed)
 {
     const StatisticsAnalyzer store(dir("root"), "bench");
-    store.writeSnapshot("bench/a.csv", {{"Frame/Time", 16.667F},
-                                        {"Frame/Draws", 1250U},
+    store.writeSnapshot("bench/a.csv", {{"Frame/Time", 16.667f},
+                                        {"Frame/Draws", 1250u},
                                         {"Balance", -3},
                                         {"Region", std::string("north")},
                                         {"Idle", {}}});
     const std::string bytes = bytesOf(dir("root/bench/a.csv"));
     EXPECT_EQ(bytes, "sep=\t\r\nCaption\tValue\r\nFrame/Time\t16.667\r\nFrame/Draws\t1250\r\nBalance\t-3\r\n"
                      "Region\tnorth\r\nIdle\t---\r\n");
-    EXPECT_EQ(bytes.size(), 95U);
+    EXPECT_EQ(bytes.size(), 95u);
     const statistics::SnapshotValues values = StatisticsAnalyzer::readSnapshot(dir("root/bench/a.csv"));
-    ASSERT_EQ(values.size(), 5U);
-    EXPECT_EQ(values[0].second, 16.667F);
+    ASSERT_EQ(values.size(), 5u);
+    EXPECT_EQ(values[0].second, 16.667f);
     EXPECT_EQ(values[4].first, "Idle");
 }
 
@@ -62,13 +62,13 @@ TEST_F(Windows, namesAreUtf8AndEitherSeparatorServesWhateverTheLocale)
             store.saveSnapshot({{"a", 1}});
             const fs::path folder = fs::path(dir(place)) / kNativeName / "deep" / kNativeName;
             ASSERT_TRUE(fs::is_directory(folder)) << locale << separator;
-            EXPECT_EQ(fs::directory_iterator(folder)->path().filename().native().rfind(kNativeName, 0), 0U);
+            EXPECT_EQ(fs::directory_iterator(folder)->path().filename().native().rfind(kNativeName, 0), 0u);
 
             const StatisticsAnalyzer next(store.root, "next");
-            ASSERT_EQ(next.snapshots.size(), 1U);
+            ASSERT_EQ(next.snapshots.size(), 1u);
             EXPECT_EQ(next.snapshots[0].folder, kName);
             EXPECT_EQ(next.snapshots[0].name, store.snapshots[0].name);
-            EXPECT_EQ(next.snapshots[0].values.size(), 1U);
+            EXPECT_EQ(next.snapshots[0].values.size(), 1u);
             store.clearSnapshots();
             EXPECT_TRUE(fs::is_empty(folder.parent_path()));
             std::setlocale(LC_ALL, "C");
@@ -78,9 +78,8 @@ TEST_F(Windows, namesAreUtf8AndEitherSeparatorServesWhateverTheLocale)
 
 TEST_F(Windows, aFolderIsOnePlainNameWithoutDriveOrSeparator)
 {
-    for (const char* name : {"a\\b", "a/b", "\\", "C:", "C:a", "C:\\a", "\\\\server\\share", "..", "."}) {
+    for (const char* name : {"a\\b", "a/b", "\\", "C:", "C:a", "C:\\a", "\\\\server\\share", "..", "."})
         EXPECT_FALSE(statistics::isFolderName(name)) << name;
-    }
     EXPECT_TRUE(statistics::isFolderName(kName));
     EXPECT_THROW(StatisticsAnalyzer(dir("root") + "/\xFF", "bench"), std::system_error);
 }
@@ -93,9 +92,8 @@ std::string clipboardBytes()
         const HANDLE block = GetClipboardData(CF_TEXT);
         const char* bytes = block ? static_cast<const char*>(GlobalLock(block)) : nullptr;
         text = bytes ? bytes : "no text";
-        if (bytes) {
+        if (bytes)
             GlobalUnlock(block);
-        }
         CloseClipboard();
     }
     return text;
@@ -106,7 +104,7 @@ TEST_F(Windows, copiedRowsReachTheClipboardByteForByte)
     const unsigned id = statistics::table("Rows", 0, 0, [] { return std::size_t{2}; });
     for (const char* column : {"Name", "Value"}) {
         system().getTable(id)->addColumn(
-            column, [column](std::size_t row) { return column + std::to_string(row) + "\xC3\xA4"; }, 0.3F);
+            column, [column](std::size_t row) { return column + std::to_string(row) + "\xC3\xA4"; }, 0.3f);
     }
     statistics::addClipboardAction(id);
     show();

@@ -51,12 +51,11 @@ void Filter::set(const std::string& text)
     Words wanted;
     Words unwanted;
     std::string_view rest = kept;
-    for (std::string word = takeWord(rest); !word.empty(); word = takeWord(rest)) {
+    for (std::string word = takeWord(rest); !word.empty(); word = takeWord(rest))
         if (word[0] != '-')
             wanted.push_back(std::move(word));
         else if (word.size() > 1)
             unwanted.push_back(word.substr(1));
-    }
     dropRepeated(wanted);
     dropRepeated(unwanted);
     m_text.swap(kept);

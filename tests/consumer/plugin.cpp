@@ -22,7 +22,7 @@ extern "C" void load()
         s_group);
     const unsigned id = table("Table", 0, s_group, [] { return kRows.size(); });
     System::instance()->getTable(id)->addColumn(
-        "Row", [](std::size_t row) { return CounterValue(kRows[row]); }, 0.5F);
+        "Row", [](std::size_t row) { return CounterValue(kRows[row]); }, 0.5f);
     addRowAction(id, "Act", [](std::size_t) {});
 }
 

@@ -108,9 +108,9 @@ TEST(RunNumbers, areGivenOutOnce)
     std::set<std::uint64_t> all;
     for (const auto& some : {takeSome(), other.get()})
         all.insert(some.begin(), some.end());
-    EXPECT_EQ(all.size(), 100U);
-    EXPECT_EQ(*all.begin(), 8U);
-    EXPECT_EQ(*all.rbegin(), 107U);
+    EXPECT_EQ(all.size(), 100u);
+    EXPECT_EQ(*all.begin(), 8u);
+    EXPECT_EQ(*all.rbegin(), 107u);
 
     dir.write("file", "");
     EXPECT_NE(demo::takeRunNumber(dir("file/state"), dir("file/state/snapshots")).problem, "");
@@ -144,7 +144,7 @@ TEST_F(PresetFolder, tellsWhyAFileIsNotTaken)
     EXPECT_EQ(textOf(1), "(desktop.json has no limits)");
     EXPECT_EQ(textOf(2), "(as built in)");
     EXPECT_EQ(textOf(3), "(pipe.json is no regular file)");
-    EXPECT_EQ(m_presets.problems().size(), 3U);
+    EXPECT_EQ(m_presets.problems().size(), 3u);
     EXPECT_TRUE(m_presets.isRefused("battery"));
     EXPECT_FALSE(m_presets.isRefused("Stress"));
     EXPECT_EQ(save(0), "(battery.json is a link to nothing)");

@@ -42,12 +42,12 @@ TEST(Processes, areKnownByNumberAndStart)
     proc.add(42, "old", 90000, 100, std::string("old\0-v\0", 7));
     ProcessList list(proc.folder());
     const std::vector<ProcessRow> before = list.read();
-    ASSERT_EQ(before.size(), 1U);
+    ASSERT_EQ(before.size(), 1u);
     EXPECT_EQ(demo::commandLine(proc.folder(), before[0].key), "old -v");
 
     proc.add(42, "new", 5, 100000, "new");
     const std::vector<ProcessRow> after = list.read();
-    ASSERT_EQ(after.size(), 1U);
+    ASSERT_EQ(after.size(), 1u);
     EXPECT_FALSE(after[0].key == before[0].key);
     EXPECT_TRUE(after[0].loadPercent.isEmpty()); // and no -100 %
     EXPECT_FALSE(demo::isAlive(proc.folder(), before[0].key));
@@ -66,9 +66,9 @@ TEST(Processes, areForgottenAmongTheHiddenWhenTheyEnd)
     proc.add(42, "stranger", 1, 200);
     rows = list.read();
     demo::takeOutHidden(rows, hidden);
-    ASSERT_EQ(rows.size(), 1U);
+    ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].name, "stranger");
-    EXPECT_EQ(hidden.size(), 1U);
+    EXPECT_EQ(hidden.size(), 1u);
 }
 
 TEST(Processes, cannotBreakARowByTheirNames)
@@ -87,12 +87,12 @@ TEST(Mappings, mayBeLargerThan32BitsTell)
         "860000000000-860000001000 r--p 00000000 fe:00 7 /tmp/two words\n"
         "Size:                  4 kB\nVmFlags: rd\n";
     const auto rows = demo::parseMappings(text);
-    ASSERT_EQ(rows.size(), 2U);
+    ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].sizeMiB, 8 * 1024 * 1024);
     EXPECT_EQ(rows[0].residentMiB, 1.0 / 256);
     EXPECT_EQ(rows[0].path, "");
     EXPECT_EQ(rows[1].path, "/tmp/two words");
-    EXPECT_EQ(demo::toCount(5e9).toUInt(), 4294967295U);
+    EXPECT_EQ(demo::toCount(5e9).toUInt(), 4294967295u);
 }
 
 TEST(Processors, areAllShownThoughOneIsOffline)
@@ -104,7 +104,7 @@ TEST(Processors, areAllShownThoughOneIsOffline)
     dir.write("stat", "cpu 9 0 0 9\ncpu0 2 0 0 12\ncpu2 9 0 0 2\nctxt 5\n");
     probe.read();
     const auto& processors = probe.reading().processors;
-    ASSERT_EQ(processors.size(), 3U);
+    ASSERT_EQ(processors.size(), 3u);
     EXPECT_EQ(processors[0].toFloat(), 25);
     EXPECT_TRUE(processors[1].isEmpty());
     EXPECT_EQ(processors[2].toFloat(), 100);
@@ -116,15 +116,15 @@ TEST(Workers, areFewerWhereNoThreadCanBeStarted)
     pthread_attr_t impossible;
     ASSERT_EQ(pthread_getattr_default_np(&usual), 0);
     pthread_attr_init(&impossible);
-    pthread_attr_setstacksize(&impossible, std::size_t{1} << 50U);
+    pthread_attr_setstacksize(&impossible, std::size_t{1} << 50u);
     ASSERT_EQ(pthread_setattr_default_np(&impossible), 0);
     demo::WorkerPool pool(3);
     pthread_setattr_default_np(&usual);
 
-    EXPECT_EQ(pool.size(), 0U);
+    EXPECT_EQ(pool.size(), 0u);
     std::atomic<std::size_t> done{0};
     pool.run(100, [&done](std::size_t begin, std::size_t end) { done += end - begin; });
-    EXPECT_EQ(done, 100U);
+    EXPECT_EQ(done, 100u);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// A host without a window in its smallest form: it samples, warns, takes a snapshot and reads it all from code.
+// A host without a window in its smallest form: it samples, warns, takes a snapshot and reads it all from
+// code.
 
 #include <statistics/statistics.h>
 
@@ -28,8 +29,10 @@ void watch(const std::string& root)
     using namespace statistics;
     System& system = *System::instance();
     const unsigned group = label("Server");
-    const unsigned players = system.createCounter(
-        "Players", std::make_unique<Counter>(0, 10, [] { return CounterValue(12); }, "", ""), 1.0f, group);
+    const unsigned players = system.createCounter("Players",
+                                                  std::make_unique<Counter>(
+                                                      0, 10, [] { return CounterValue(12); }, "", ""),
+                                                  1.0f, group);
     system.update(0.1f, true);
     system.setPanelOpen(false);
     system.draw();

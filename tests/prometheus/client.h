@@ -1,5 +1,6 @@
-// A client of the page that can also misbehave.
 #pragma once
+
+// A client of the page that can also misbehave.
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

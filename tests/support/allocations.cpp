@@ -38,21 +38,18 @@ test::FailingAllocation::~FailingAllocation()
 
 void* operator new(std::size_t size)
 {
-    if (failsNow()) {
+    if (failsNow())
         throw std::bad_alloc();
-    }
     ++s_allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1)) {
+    if (void* memory = std::malloc(size != 0 ? size : 1))
         return memory;
-    }
     throw std::bad_alloc();
 }
 
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
-    if (failsNow()) {
+    if (failsNow())
         return nullptr;
-    }
     ++s_allocations;
     return std::malloc(size != 0 ? size : 1);
 }

@@ -1,6 +1,7 @@
+#pragma once
+
 // Counts what the whole program allocates by `new`. Programs that link allocations.cpp replace the global
 // operators.
-#pragma once
 
 #include <cstddef>
 

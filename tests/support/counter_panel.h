@@ -1,5 +1,6 @@
-// A panel whose tests create counters and read their lines.
 #pragma once
+
+// A panel whose tests create counters and read their lines.
 
 #include "panel.h"
 

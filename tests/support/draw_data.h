@@ -1,5 +1,6 @@
-// What a renderer would be given, byte by byte.
 #pragma once
+
+// What a renderer would be given, byte by byte.
 
 #include <imgui.h>
 

@@ -1,5 +1,6 @@
-// A directory of the test's own, and rights to take away.
 #pragma once
+
+// A directory of the test's own, and rights to take away.
 
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,6 @@
-// A system that is up, and a host that draws its panel off-screen.
 #pragma once
+
+// A system that is up, and a host that draws its panel off-screen.
 
 #include "offscreen/offscreen.h"
 #include "reports.h"
@@ -25,9 +26,8 @@ protected:
 
     ~Panel() override
     {
-        if (statistics::System::instance()) {
+        if (statistics::System::instance())
             statistics::System::shutdown();
-        }
         EXPECT_EQ(m_unexpected.texts(), std::vector<std::string>{});
         EXPECT_EQ(ui.imbalance(), "");
     }

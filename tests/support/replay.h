@@ -1,5 +1,6 @@
-// What the fuzzers were seeded with, and what once made one of them fail.
 #pragma once
+
+// What the fuzzers were seeded with, and what once made one of them fail.
 
 #include <gtest/gtest.h>
 

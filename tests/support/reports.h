@@ -1,5 +1,6 @@
-// Collects the library's reports while it lives, instead of the handler that was set before.
 #pragma once
+
+// Collects the library's reports while it lives, instead of the handler that was set before.
 
 #include <statistics/report.h>
 

@@ -1,5 +1,6 @@
-// A table over rows that a host keeps, on a panel.
 #pragma once
+
+// A table over rows that a host keeps, on a panel.
 
 #include "panel.h"
 #include "test_access.h"
@@ -28,9 +29,9 @@ protected:
             statistics::table(name, 0, parent, [this, &from] { return ++counts, from.size(); });
         statistics::Table& added = *system().getTable(node);
         added.addColumn(
-            "Name", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).name); }, 0.4F);
+            "Name", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).name); }, 0.4f);
         added.addColumn(
-            "Size", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).size); }, 0.3F,
+            "Size", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).size); }, 0.3f,
             "%d B");
         return node;
     }

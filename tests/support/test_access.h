@@ -1,5 +1,6 @@
-// What tests reach of the one System that no host can: its parts, and the operations behind the buttons.
 #pragma once
+
+// What tests reach of the one System that no host can: its parts, and the operations behind the buttons.
 
 #include "system_data.h"
 

@@ -91,7 +91,7 @@ TEST(Marks, takesARunByItsMedianAndItsTextsTogether)
     Compared compared;
     const Row row = compared.row({"1", "---", "5", "", "3"}, {"3", "2", "4"});
     EXPECT_EQ(row.mark, compare::EMark::Same);
-    EXPECT_EQ(row.base->numbers.count, 3U);
+    EXPECT_EQ(row.base->numbers.count, 3u);
     EXPECT_EQ(row.base->numbers.spread, 2);
     EXPECT_EQ(compared.mark({"idle", "busy", "idle"}, {"busy", "idle"}), "same");
     EXPECT_EQ(compared.mark({"idle", "busy"}, {"busy", "lost", "idle"}), "changed");
@@ -106,13 +106,13 @@ TEST(Marks, tellsNoiseFromChangeByEnoughValues)
     Compared compared;
     EXPECT_EQ(compared.mark(base, {"11", "13", "12", "14"}), "noise");
     EXPECT_EQ(compared.mark(base, far), "changed");
-    EXPECT_EQ(compared.untested(), 0U);
+    EXPECT_EQ(compared.untested(), 0u);
     EXPECT_EQ(compared.mark(base, {"11", "13", "12"}), "changed");
-    EXPECT_EQ(compared.untested(), 1U);
+    EXPECT_EQ(compared.untested(), 1u);
     // Four and four can't be clearer than 0.029: nothing would ever be a change.
     Compared strict({"--alpha", "0.01"});
     EXPECT_EQ(strict.mark(base, far), "changed");
-    EXPECT_EQ(strict.untested(), 1U);
+    EXPECT_EQ(strict.untested(), 1u);
 }
 
 TEST(Marks, toleratesByTheLastPatternThatFits)
@@ -185,9 +185,9 @@ TEST(Samples, takeABadSnapshotBack)
     std::vector<compare::Problem> problems;
     for (const char* name : {"1.csv", "2.csv", "3.csv"})
         readSnapshot(dir(name), paths, side, progress, problems);
-    ASSERT_EQ(problems.size(), 1U);
+    ASSERT_EQ(problems.size(), 1u);
     EXPECT_NE(problems[0].what.find("line 7"), std::string::npos) << problems[0].what;
-    EXPECT_EQ(side.snapshots(), 2U);
+    EXPECT_EQ(side.snapshots(), 2u);
     EXPECT_EQ(side.find(paths.numberOf("a"))->numbers, (std::vector<double>{1, 3}));
     EXPECT_EQ(side.find(paths.numberOf("b"))->numbers, (std::vector<double>{2})); // the later of two
     EXPECT_EQ(side.find(paths.numberOf("b"))->texts.size(), 1U);

@@ -87,7 +87,7 @@ TEST(RankTest, agreesWithAnotherImplementation)
         EXPECT_NEAR(probability(numbersIn(first), numbersIn(second)), std::stod(expected), 1e-12) << line;
         ++cases;
     }
-    EXPECT_EQ(cases, 13U);
+    EXPECT_EQ(cases, 13u);
 }
 
 TEST(RankTest, ranksWhatIsNoOrdinaryNumber)

@@ -92,7 +92,7 @@ TEST(TextReport, fitsTheWidthByShorteningPathsAlone)
     for (std::istringstream lines(narrow); !lines.eof();) {
         std::string line;
         std::getline(lines, line);
-        EXPECT_LE(line.size(), 90U + 2) << line; // the sign for what is left out has three bytes
+        EXPECT_LE(line.size(), 90u + 2) << line; // the sign for what is left out has three bytes
     }
     EXPECT_NE(printed(compare::printText, compare::Look{10, false, false}).find("4294967295"),
               std::string::npos);

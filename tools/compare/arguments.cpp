@@ -132,10 +132,9 @@ private:
     void takeRules()
     {
         std::pair<std::string, Tolerance> rule;
-        for (const std::string& text : m_tolerances) {
+        for (const std::string& text : m_tolerances)
             if (parseTolerance(text, rule))
                 m_arguments.judgement.tolerances.add(rule.first, rule.second);
-        }
         for (const std::string& text : m_limitPaths) {
             const std::size_t sign = text.find('=');
             m_arguments.limitPaths.emplace_back(text.substr(0, sign), text.substr(sign + 1));
@@ -147,12 +146,11 @@ private:
     {
         std::size_t lower = 0;
         std::size_t higher = 0;
-        for (const CLI::Option* option : m_app.parse_order()) {
+        for (const CLI::Option* option : m_app.parse_order())
             if (option == m_lower)
                 m_arguments.judgement.directions.add(m_lowerPatterns[lower++], EDirection::LowerIsBetter);
             else if (option == m_higher)
                 m_arguments.judgement.directions.add(m_higherPatterns[higher++], EDirection::HigherIsBetter);
-        }
     }
 
     CLI::App m_app{"", "statistics-compare"};

@@ -13,7 +13,7 @@ namespace compare {
 
 namespace {
 
-constexpr std::size_t kLongestFile = std::size_t{1} << 20U; // bytes
+constexpr std::size_t kLongestFile = std::size_t{1} << 20u; // bytes
 
 /// Regular files only: nothing is waited for.
 std::string readText(const std::string& file, std::string& text)

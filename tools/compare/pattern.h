@@ -20,10 +20,9 @@ public:
     /// Null if no pattern fits.
     const Wish* find(std::string_view path) const
     {
-        for (auto rule = m_rules.rbegin(); rule != m_rules.rend(); ++rule) {
+        for (auto rule = m_rules.rbegin(); rule != m_rules.rend(); ++rule)
             if (matches(rule->first, path))
                 return &rule->second;
-        }
         return nullptr;
     }
 

@@ -88,10 +88,9 @@ double exactProbability(std::size_t first, std::size_t second, const Ranking& ra
     }
     const double distance = std::fabs(ranking.doubledU - static_cast<double>(middle));
     double asFar = 0;
-    for (std::size_t u = 0; u <= 2 * middle; ++u) {
+    for (std::size_t u = 0; u <= 2 * middle; ++u)
         if (std::fabs(static_cast<double>(u) - static_cast<double>(middle)) >= distance)
             asFar += ways[first][u];
-    }
     return asFar / choices(first + second, first);
 }
 

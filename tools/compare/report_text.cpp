@@ -16,7 +16,7 @@ constexpr const char* kPlain = "\033[0m";
 /// True for the first byte of a character in UTF-8.
 bool isHead(char byte)
 {
-    return (static_cast<unsigned char>(byte) & 0xc0U) != 0x80U;
+    return (static_cast<unsigned char>(byte) & 0xc0u) != 0x80u;
 }
 
 /// In characters, each taken for one column.
@@ -29,10 +29,9 @@ std::size_t widthOf(const std::string& text)
 std::size_t byteOf(const std::string& text, std::size_t character)
 {
     std::size_t byte = 0;
-    for (; byte < text.size(); ++byte) {
+    for (; byte < text.size(); ++byte)
         if (isHead(text[byte]) && character-- == 0)
             break;
-    }
     return byte;
 }
 
@@ -80,12 +79,11 @@ public:
     void print(std::ostream& out, const Comparison& comparison) const
     {
         out << line(m_titles) << '\n';
-        for (const Row& row : comparison.rows) {
+        for (const Row& row : comparison.rows)
             if (m_look.hasColours)
                 out << colourOf(row) << line(cells(row)) << kPlain << '\n';
             else
                 out << line(cells(row)) << '\n';
-        }
     }
 
 private:

@@ -24,10 +24,9 @@ std::vector<fs::path> entriesOf(const fs::path& folder, std::error_code& error, 
 {
     std::vector<fs::path> entries;
     for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
-         entry.increment(error)) {
+         entry.increment(error))
         if (wanted(*entry))
             entries.push_back(entry->path());
-    }
     std::sort(entries.begin(), entries.end());
     return entries;
 }

@@ -38,11 +38,10 @@ const std::string& cellText(const std::vector<std::string>& row, std::size_t col
 bool drawCell(const Table& table, std::size_t viewRow, std::size_t column, const std::string& text,
               bool selected, RowEvents& events)
 {
-    if (column != table.m_keyColumn) {
+    if (column != table.m_keyColumn)
         widgets::text(text);
-    } else if (widgets::rowSelectable(text, selected)) {
+    else if (widgets::rowSelectable(text, selected))
         events.clicked = viewRow;
-    }
     return ImGui::IsItemHovered(0);
 }
 
