@@ -105,14 +105,12 @@ WHERE_LIMITS_LIE = """
 ## Where an aim is missed or near, and why
 
 - *draw, counters in view*: 1.05 to 1.16 from run to run; what it adds is the tree around the lines.
-- *update, nothing due*, at 60,000: 15 instructions and one cache line an item, like the loop by hand, but the items
-  fill 10 MB and each slot's state stands behind its item.
-- *snapshot, take* and *snapshot, scan files*: just within or about the aim, up to 1.3 on a busy machine. What they add
-  is the record: a caption and a value that can be of any kind, 72 bytes an entry against 40 by hand.
+- *update, nothing due*, at 60,000: the items fill more than 10 MB, and each slot's state stands behind its item.
+- *snapshot, take* of 100 and *snapshot, scan files*: what they add is the record: a caption and a value that can be of any kind, 72 bytes an entry against 40 by hand.
 - *filter, key press*: by hand every path is kept in lower case, some 4 MB at 60,000, and all lines are of one height.
   The panel keeps neither: it reads each name, and lines of any height stay where they are.
 - *memory per counter*: both stores grow by doubling, and 60,000 counters stand in 65,536 slots and their nodes in
-  102,400. By their sizes, full stores would come to about 395 bytes.
+  102,400. Full ones take less.
 - *update, all due, past of 240 against none*, at 60,000: the samples fill 60 MB, of which each update touches another
   part.
 - *collect warnings*, *snapshot, scan files* and *update, nothing due* cost more than they should; *memory per counter*
