@@ -6,7 +6,7 @@
 
 namespace {
 
-using bench::Host;
+using bench::Context;
 using bench::Library;
 using statistics::Counter;
 
@@ -26,7 +26,7 @@ void collapsedOurs(benchmark::State& state)
     const std::vector<float> sources(1000);
     Library library;
     bench::addGroupedCounters(library, sources.size(), sources, 0.0f);
-    Host host(ImVec2(bench::kDisplayWidth, 1000.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 1000.0f));
     host.frame([] {
         ImGui::SetNextWindowCollapsed(true);
         drawPanel();
@@ -37,7 +37,7 @@ void collapsedOurs(benchmark::State& state)
 
 void collapsedHand(benchmark::State& state)
 {
-    Host host(ImVec2(bench::kDisplayWidth, 1000.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 1000.0f));
     bool open = true;
     const auto scene = [&] {
         beginPanel();
@@ -71,7 +71,7 @@ void visibleOurs(benchmark::State& state, bool limited)
                     : std::make_unique<Counter>(bench::getter(sources[index])),
             0.0f);
     library->update(0.0f, true);
-    Host host(ImVec2(bench::kDisplayWidth, 100.0f + 23.0f * static_cast<float>(count)));
+    Context host(ImVec2(bench::kDisplayWidth, 100.0f + 23.0f * static_cast<float>(count)));
     const auto scene = [&] {
         fillWindow(count);
         drawPanel();
@@ -119,7 +119,7 @@ void visibleHand(benchmark::State& state, bool limited)
     std::vector<Line> lines;
     for (std::size_t index = 0; index < count; ++index)
         lines.push_back({bench::name(index), "0.500", "0.000", "1.000", 0.5f});
-    Host host(ImVec2(bench::kDisplayWidth, 100.0f + 23.0f * static_cast<float>(count)));
+    Context host(ImVec2(bench::kDisplayWidth, 100.0f + 23.0f * static_cast<float>(count)));
     bool open = true;
     const auto scene = [&] {
         fillWindow(count);
@@ -156,7 +156,7 @@ void hiddenOurs(benchmark::State& state)
     Library library;
     bench::addGroupedCounters(library, count, sources, 0.0f);
     library->update(0.0f, true);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [] {
         ImGui::SetNextWindowPos(ImVec2(0.0f, 0.0f));
         ImGui::SetNextWindowSize(ImVec2(900.0f, 40.0f * bench::kLineHeight));
@@ -175,7 +175,7 @@ void hiddenHand(benchmark::State& state)
     std::vector<Line> lines(count + count / 100);
     for (std::size_t index = 0; index < lines.size(); ++index)
         lines[index] = {bench::name(index), "0.500", "", "", 0.5f};
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     bool open = true;
     const auto scene = [&] {
         ImGui::SetNextWindowPos(ImVec2(0.0f, 0.0f));

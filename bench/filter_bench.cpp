@@ -12,7 +12,7 @@
 
 namespace {
 
-using bench::Host;
+using bench::Context;
 using bench::Library;
 
 /// As they are typed: each leaves fewer, the first one half of all.
@@ -33,7 +33,7 @@ void run(benchmark::State& state, const BeforeFrame& beforeFrame)
     bench::addGroupedCounters(library, count, sources, 0.0f);
     library->update(0.0f, true);
     library->setFilter(kTexts[0]);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [&] {
         ImGui::SetNextWindowPos(ImVec2(0.0f, 0.0f));
         ImGui::SetNextWindowSize(windowSize());
@@ -125,7 +125,7 @@ struct HandList {
 void pressHand(benchmark::State& state)
 {
     HandList list(static_cast<std::size_t>(state.range(0)));
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     std::size_t frame = 0;
     for (auto _ : state) {
         list.filter(kTexts[++frame % kTexts.size()]);
@@ -137,7 +137,7 @@ void steadyHand(benchmark::State& state)
 {
     HandList list(static_cast<std::size_t>(state.range(0)));
     list.filter(kTexts[0]);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     for (auto _ : state)
         host.frame([&] { list.draw(); });
 }

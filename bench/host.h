@@ -1,6 +1,6 @@
 #pragma once
 
-// A host without a window for the benchmarks, and the scenes that several of them measure.
+// What several benchmarks share: frames without a window, and scenes to draw in them.
 
 #include "offscreen/context.h"
 #include "support/test_access.h"
@@ -17,7 +17,7 @@
 
 namespace bench {
 
-using Host = test::Context;
+using offscreen::Context;
 
 constexpr float kDisplayWidth = 1280.0f; ///< pixels
 

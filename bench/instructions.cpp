@@ -9,7 +9,7 @@
 
 namespace {
 
-using bench::Host;
+using bench::Context;
 using bench::Library;
 
 void repeat(long frames, const std::function<void()>& frame)
@@ -41,7 +41,7 @@ void drawHidden(long frames)
     Library library;
     bench::addGroupedCounters(library, sources.size(), sources, 1e30f);
     library->update(0.0f, true);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto draw = [&] { host.frame([&] { library->draw(); }); };
     draw();
     host.frame(bench::openAllNodes);
@@ -58,7 +58,7 @@ void drawTable(long frames)
         library->getTable(id)->addColumn(
             "column", [](std::size_t row) { return static_cast<int>(row); }, 0.2f);
     library->update(0.0f, true);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     repeat(frames, [&] { host.frame([&] { library->draw(); }); });
 }
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-using bench::Host;
+using bench::Context;
 using bench::Library;
 using statistics::CounterValue;
 using statistics::SnapshotValues;
@@ -190,7 +190,7 @@ void placeWindow()
 template<typename DrawTable>
 void drawComparison(benchmark::State& state, const DrawTable& drawTable)
 {
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [&] {
         placeWindow();
         if (ImGui::Begin("Comparison"))

@@ -12,7 +12,7 @@
 
 namespace {
 
-using bench::Host;
+using bench::Context;
 using bench::Library;
 using statistics::CounterValue;
 using statistics::Table;
@@ -124,7 +124,7 @@ void drawOurs(benchmark::State& state)
     Library library;
     addTable(library, rows);
     library->update(0.0f, true);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [&] {
         placeWindow();
         library->draw();
@@ -168,7 +168,7 @@ void drawHand(benchmark::State& state)
     for (std::size_t row = 0; row < rows.size(); ++row)
         for (std::size_t column = 0; column < kColumns; ++column)
             texts[row][column] = readCell(rows, column, row).toString(nullptr);
-    Host host(ImVec2(bench::kDisplayWidth, 720.0f));
+    Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     bool open = true;
     const auto scene = [&] {
         placeWindow();

@@ -14,7 +14,7 @@ void ScreenReport::tell(float dt)
     if (m_file.empty() || !m_period.due(dt))
         return;
     std::string report;
-    for (const test::Text& text : test::readFrame(*ImGui::GetDrawData()).texts) {
+    for (const offscreen::Text& text : offscreen::readFrame(*ImGui::GetDrawData()).texts) {
         for (const float place : {text.center().x, text.center().y})
             report += std::to_string(std::lround(place)) + "\t";
         report += text.window + "\t" + text.text + "\n";

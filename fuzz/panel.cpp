@@ -1,6 +1,6 @@
 #include "targets.h"
 
-#include "offscreen/offscreen.h"
+#include "offscreen/host.h"
 
 #include <statistics/statistics.h>
 
@@ -302,7 +302,7 @@ private:
 
     Script& m_steps;
     Script& m_answers;
-    test::Offscreen ui;
+    offscreen::Host ui;
     int m_depth = 0;
     int m_calls = 0;
 };

@@ -3,7 +3,7 @@
 #include <imgui.h>
 #include <imgui_internal.h>
 
-namespace test {
+namespace offscreen {
 
 OpenScopes openScopes()
 {
@@ -49,4 +49,4 @@ void closeOpenScopes()
 #endif
 }
 
-} // namespace test
+} // namespace offscreen

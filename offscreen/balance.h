@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-namespace test {
+namespace offscreen {
 
 using OpenScopes = std::map<std::string, int>; // how many are open of each kind
 
@@ -15,4 +15,4 @@ std::string describeImbalance(OpenScopes before, const OpenScopes& after);
 // Closes whatever is open, so that the frame can end.
 void closeOpenScopes();
 
-} // namespace test
+} // namespace offscreen

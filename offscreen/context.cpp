@@ -1,6 +1,6 @@
 #include "context.h"
 
-namespace test {
+namespace offscreen {
 namespace {
 
 #ifdef IMGUI_HAS_TEXTURES
@@ -63,4 +63,4 @@ void Context::endFrame()
     settleTextures(true);
 }
 
-} // namespace test
+} // namespace offscreen

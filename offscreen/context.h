@@ -4,7 +4,7 @@
 
 #include <imgui.h>
 
-namespace test {
+namespace offscreen {
 
 // Current from its construction on; the context that was current before comes back at its end. Several may
 // live at a time if they end in reverse order.
@@ -35,4 +35,4 @@ private:
     ImGuiContext* m_context;
 };
 
-} // namespace test
+} // namespace offscreen

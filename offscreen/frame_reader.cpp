@@ -10,7 +10,7 @@
 #include <iterator>
 #include <optional>
 
-namespace test {
+namespace offscreen {
 namespace {
 
 // ImGui draws each shape (a glyph, a rectangle, a stroke) as triangles over vertices of its own, so shapes
@@ -268,4 +268,4 @@ std::vector<Rect> Frame::rectsAt(ImVec2 point) const
     return select(rects, [point](const Rect& rect) { return rect.contains(point); });
 }
 
-} // namespace test
+} // namespace offscreen

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace test {
+namespace offscreen {
 
 // A filled area, cut to what its clip rectangle lets through.
 struct Rect {
@@ -57,4 +57,4 @@ struct Frame {
 // Reads a frame of the current context; to be called between its Render and the next NewFrame.
 Frame readFrame(const ImDrawData& data);
 
-} // namespace test
+} // namespace offscreen

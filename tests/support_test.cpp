@@ -1,5 +1,5 @@
 // The off-screen host and its reader, proved on plain ImGui widgets.
-#include "offscreen/offscreen.h"
+#include "offscreen/host.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ protected:
     }
 
     bool open = true;
-    test::Offscreen ui;
+    offscreen::Host ui;
 };
 
 TEST_F(Support, textsAreReadAsFarAsTheyAreSeenEachColumnForItself)
@@ -61,7 +61,7 @@ TEST_F(Support, aBarIsAsLongAndAsColouredAsItWasDrawn)
         ImGui::ProgressBar(0.25f, ImVec2(200, 20), "quarter");
         ImGui::PopStyleColor();
     });
-    const std::vector<test::Rect> bars = ui.read().rectsOf(kGreen);
+    const std::vector<offscreen::Rect> bars = ui.read().rectsOf(kGreen);
     ASSERT_EQ(bars.size(), 1u);
     EXPECT_NEAR(bars[0].size().x, 50, 0.01);
     EXPECT_NEAR(bars[0].size().y, 20, 0.01);

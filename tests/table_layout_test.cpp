@@ -32,7 +32,7 @@ protected:
     }
 
     // Of the first two columns; a dragging is as exact as the mouse.
-    static void expectWidths(test::Offscreen& screen, float first)
+    static void expectWidths(offscreen::Host& screen, float first)
     {
         EXPECT_NEAR(screen.text("3 B").min.x - screen.text("beta").min.x, first, 1.1f);
         EXPECT_NEAR(screen.text("third").min.x - screen.text("3 B").min.x, 255, 1.1f);
@@ -75,7 +75,7 @@ TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoe
         const ImVec2 border(cell.min.x - ImGui::GetStyle().ItemSpacing.x, cell.center().y);
         ui.drag(border, ImVec2(border.x + 60, border.y));
     }
-    test::Offscreen second;
+    offscreen::Host second;
     second.setScene([this] { system().draw(); });
     second.frames(2);
     expectWidths(second, 340);

@@ -2,7 +2,7 @@
 
 // A system that is up, and a host that draws its panel off-screen.
 
-#include "offscreen/offscreen.h"
+#include "offscreen/host.h"
 #include "reports.h"
 
 #include <statistics/statistics.h>
@@ -13,6 +13,8 @@
 #include <vector>
 
 namespace test {
+
+using namespace offscreen;
 
 // A test that expects reports makes a Reports of its own; any that comes otherwise fails the test, and so
 // does a last frame that left something open in ImGui.
@@ -49,7 +51,7 @@ private:
     Reports m_unexpected;
 
 protected:
-    Offscreen ui;
+    Host ui;
 };
 
 } // namespace test

@@ -2,7 +2,7 @@
 
 // A host without a window, for tests: draws ImGui frames, moves the mouse and reads back what would be seen.
 //
-//     test::Offscreen ui;
+//     offscreen::Host ui;
 //     ui.setScene([] { drawThePanel(); });
 //     ui.frame();
 //     ui.click("Snapshots");
@@ -18,14 +18,14 @@
 #include <optional>
 #include <utility>
 
-namespace test {
+namespace offscreen {
 
 enum EButton { EButtonLeft = 0, EButtonRight = 1 };
 
 // Owns an ImGui context, which is current whenever this host acts.
-class Offscreen {
+class Host {
 public:
-    explicit Offscreen(ImVec2 displaySize = ImVec2(1280, 1000));
+    explicit Host(ImVec2 displaySize = ImVec2(1280, 1000));
 
     // What is drawn between NewFrame and Render. If it throws, the frame is finished, as a careful host
     // would, the mouse buttons go up, and the exception goes on to the caller of the frame or gesture.
@@ -82,4 +82,4 @@ private:
     float m_nextFrameTime = Context::kFrameTime;
 };
 
-} // namespace test
+} // namespace offscreen

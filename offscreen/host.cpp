@@ -1,4 +1,4 @@
-#include "offscreen.h"
+#include "host.h"
 
 #include "balance.h"
 
@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace test {
+namespace offscreen {
 namespace {
 
 // ImGui shows a popup in the second frame after it was opened and knows one frame late what is hovered.
@@ -58,9 +58,9 @@ void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
 
 } // namespace
 
-Offscreen::Offscreen(ImVec2 displaySize) : m_context(displaySize), m_scene([] {}) {}
+Host::Host(ImVec2 displaySize) : m_context(displaySize), m_scene([] {}) {}
 
-void Offscreen::frame()
+void Host::frame()
 {
     m_read.reset();
     m_context.beginFrame(std::exchange(m_nextFrameTime, Context::kFrameTime));
@@ -81,13 +81,13 @@ void Offscreen::frame()
     finish();
 }
 
-void Offscreen::frames(int count)
+void Host::frames(int count)
 {
     for (int i = 0; i < count; ++i)
         frame();
 }
 
-const Frame& Offscreen::read()
+const Frame& Host::read()
 {
     m_context.makeCurrent();
     if (!m_read) {
@@ -97,7 +97,7 @@ const Frame& Offscreen::read()
     return *m_read;
 }
 
-const Text& Offscreen::text(std::string_view exact, std::size_t nth)
+const Text& Host::text(std::string_view exact, std::size_t nth)
 {
     const Text* found = read().find(exact, nth);
     if (!found)
@@ -105,25 +105,25 @@ const Text& Offscreen::text(std::string_view exact, std::size_t nth)
     return *found;
 }
 
-void Offscreen::moveTo(ImVec2 point)
+void Host::moveTo(ImVec2 point)
 {
     feedPosition(io(), point);
     frames(kSettleFrames);
 }
 
-void Offscreen::pressOrRelease(EButton button, bool down)
+void Host::pressOrRelease(EButton button, bool down)
 {
     feedButton(io(), button, down);
     frames(kSettleFrames);
 }
 
-void Offscreen::wheel(float dx, float dy)
+void Host::wheel(float dx, float dy)
 {
     feedWheel(io(), dx, dy);
     frames(kSettleFrames);
 }
 
-void Offscreen::pressKey(ImGuiKey key)
+void Host::pressKey(ImGuiKey key)
 {
     io().ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
     feedKey(io(), key, true);
@@ -137,7 +137,7 @@ void Offscreen::pressKey(ImGuiKey key)
     frames(kSettleFrames);
 }
 
-void Offscreen::setFontScale(float scale)
+void Host::setFontScale(float scale)
 {
 #ifdef IMGUI_HAS_TEXTURES
     io();
@@ -147,7 +147,7 @@ void Offscreen::setFontScale(float scale)
 #endif
 }
 
-void Offscreen::click(ImVec2 point, EButton button)
+void Host::click(ImVec2 point, EButton button)
 {
     moveTo(point);
     pause();
@@ -156,20 +156,20 @@ void Offscreen::click(ImVec2 point, EButton button)
 }
 
 // In one long frame the last click gets too old to be the first half of a double click.
-void Offscreen::pause()
+void Host::pause()
 {
     m_nextFrameTime = 2 * io().MouseDoubleClickTime;
     frame();
 }
 
-void Offscreen::doubleClick(ImVec2 point)
+void Host::doubleClick(ImVec2 point)
 {
     click(point);
     press();
     release();
 }
 
-void Offscreen::drag(ImVec2 from, ImVec2 to)
+void Host::drag(ImVec2 from, ImVec2 to)
 {
     moveTo(from);
     pause();
@@ -179,7 +179,7 @@ void Offscreen::drag(ImVec2 from, ImVec2 to)
     release();
 }
 
-Rect Offscreen::window(std::string_view name)
+Rect Host::window(std::string_view name)
 {
     m_context.makeCurrent();
     const ImGuiWindow* found = ImGui::FindWindowByName(std::string(name).c_str());
@@ -188,7 +188,7 @@ Rect Offscreen::window(std::string_view name)
     return {found->Pos, ImVec2(found->Pos.x + found->Size.x, found->Pos.y + found->Size.y), 0};
 }
 
-void Offscreen::clickClose(std::string_view windowName)
+void Host::clickClose(std::string_view windowName)
 {
     const Rect frame = window(windowName);
     const ImVec2 padding = ImGui::GetStyle().FramePadding;
@@ -197,7 +197,7 @@ void Offscreen::clickClose(std::string_view windowName)
 }
 
 // A box is as wide as high and stands left of its caption at the distance of the style.
-Rect Offscreen::box(std::string_view caption, std::size_t nth)
+Rect Host::box(std::string_view caption, std::size_t nth)
 {
     const Text& label = text(caption, nth);
     const float reach = ImGui::GetStyle().ItemInnerSpacing.x + ImGui::GetStyle().ItemSpacing.x;
@@ -210,7 +210,7 @@ Rect Offscreen::box(std::string_view caption, std::size_t nth)
     reportMissing("check box", caption, nth);
 }
 
-bool Offscreen::ticked(std::string_view caption, std::size_t nth)
+bool Host::ticked(std::string_view caption, std::size_t nth)
 {
     const Rect frame = box(caption, nth);
     const ImU32 color = ImGui::GetColorU32(ImGuiCol_CheckMark);
@@ -219,7 +219,7 @@ bool Offscreen::ticked(std::string_view caption, std::size_t nth)
     });
 }
 
-void Offscreen::reportMissing(std::string_view kind, std::string_view name, std::size_t nth)
+void Host::reportMissing(std::string_view kind, std::string_view name, std::size_t nth)
 {
     std::ostringstream message;
     message << "no " << kind << " \"" << name << "\" #" << nth << " in the frame, which shows:\n";
@@ -228,11 +228,11 @@ void Offscreen::reportMissing(std::string_view kind, std::string_view name, std:
     throw std::runtime_error(message.str());
 }
 
-std::string Offscreen::clipboard()
+std::string Host::clipboard()
 {
     m_context.makeCurrent();
     const char* copied = ImGui::GetClipboardText();
     return copied ? copied : "";
 }
 
-} // namespace test
+} // namespace offscreen
