@@ -100,7 +100,13 @@ TEST(Format, whatANumberFormatReadsIsSeenBeforeItIsUsed)
         ESize size;
         Texts formats;
     };
+#ifdef _WIN32
+    const EKind positional = EKind::Unfit; // its C library prints the position itself
+#else
+    const EKind positional = EKind::Signed;
+#endif
     const Case cases[] = {
+        {positional, ESize::Default, {"%1$d MB", "%1$+5d"}},
         {EKind::None, ESize::Default, {"", "no conversion", "100 %%", "%%d"}},
         {EKind::Signed, ESize::Default, {"%d", "a %+05i b", "%hhd", "%hd%%", "% -#8.3d", "%'d", "%c"}},
         {EKind::Signed, ESize::Long, {"%ld", "%10ld MB"}},
@@ -113,11 +119,12 @@ TEST(Format, whatANumberFormatReadsIsSeenBeforeItIsUsed)
         {EKind::Unfit,
          ESize::Default,
          {"%s",  "%p",   "%n", "%*d", "%.*f", "%d %d", "%f%s", "%",  "100 %",   "%5",       "%l", "%ls",
-          "%lc", "%1$d", "%k", "%5%", "%Ld",  "%I64d", "%llf", "%C", "%12345d", "%.99999f", "%m", "%."}}};
+          "%lc", "%2$d", "%k", "%5%", "%Ld",  "%I64d", "%llf", "%C", "%12345d", "%.99999f", "%m", "%."}}};
     for (const Case& expected : cases)
         for (const std::string& format : expected.formats) {
             const Orv::FormatArgument found = Orv::numberArgument(format.c_str());
-            EXPECT_TRUE(found.kind == expected.kind && found.size == expected.size) << format;
+            EXPECT_EQ(found.kind, expected.kind) << format;
+            EXPECT_EQ(found.size, expected.size) << format;
         }
 }
 

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -49,6 +50,30 @@ TEST(FreeSlotVector, theSlotFreedLastIsUsedFirst)
     EXPECT_EQ(element.use_count(), 1 + 8);
     for (const Index expected : {7u, 3u, 10u})
         EXPECT_EQ(slots.emplace(element), expected);
+}
+
+// Erases another slot when it goes.
+struct Chained {
+    Chained(free_slot_vector<Chained>* owner, Index other) : slots(owner), next(other) {}
+    Chained(Chained&& moved) noexcept : slots(std::exchange(moved.slots, nullptr)), next(moved.next) {}
+    Chained& operator=(Chained&&) = delete;
+    ~Chained()
+    {
+        if (slots && next)
+            slots->erase(next);
+    }
+    free_slot_vector<Chained>* slots;
+    Index next; // 0 for none
+};
+
+TEST(FreeSlotVector, whatADestructorErasesIsFreeBeforeItsOwnSlot)
+{
+    free_slot_vector<Chained> slots;
+    for (const Index next : {0u, 2u, 0u})
+        slots.emplace(&slots, next);
+    slots.erase(1);
+    for (const Index expected : {1u, 2u, 3u})
+        EXPECT_EQ(slots.emplace(&slots, 0u), expected);
 }
 
 TEST(FreeSlotVector, whatIsNotThereIsReportedAndMemoryOutsideIsNotTouched)

@@ -12,6 +12,16 @@ using ESize = FormatArgument::ESize;
 
 constexpr int kMostDigits = 4; ///< of a width or precision: 9999 characters are enough for a number
 
+/// Translated texts name the argument that they want: there is only one. Windows knows no such positions.
+const char* skipArgumentPosition(const char* position)
+{
+#ifdef _WIN32
+    return position;
+#else
+    return position[0] == '1' && position[1] == '$' ? position + 2 : position;
+#endif
+}
+
 const char* skipFlags(const char* position)
 {
     return position + std::strspn(position, "-+ #0'");
@@ -72,7 +82,7 @@ FormatArgument conversionArgument(char conversion, ESize size)
 FormatArgument readConversion(const char*& position)
 {
     ESize size = ESize::Default;
-    const char* end = skipDigits(skipFlags(position));
+    const char* end = skipDigits(skipFlags(skipArgumentPosition(position)));
     if (end)
         end = skipPrecision(end);
     if (!end)

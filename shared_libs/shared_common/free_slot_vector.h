@@ -159,7 +159,8 @@ private:
         {
             content_.template emplace<kLive>(std::in_place, std::forward<Args>(args)...);
         }
-        void release(index_type next) { content_.template emplace<kFree>(next); }
+        /// `next` is read when the element is gone: its destructor may have freed or taken other slots.
+        void release(const index_type& next) { content_.template emplace<kFree>(next); }
 
     private:
         static constexpr std::size_t kLive = 0;

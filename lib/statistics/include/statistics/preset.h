@@ -23,8 +23,9 @@ using LimitMap = std::unordered_map<std::string, Limit>;
 /// Each functor gets a limit map and these parameters by reference, valid for the call, and returns the new
 /// `text`. It is called in place, never through a copy, and may call every operation of the library but
 /// `initialize`, `shutdown`, `update` and `draw`. Where it clears the presets, or puts other parameters in
-/// place of its own row's (`System::getPreset`), its result is dropped. Cleared limits and parameters live
-/// until the library's call returns; parameters that the host replaces itself go at once.
+/// place of its own row's (`System::getPreset`; built before the old ones go: they are told by their
+/// address), its result is dropped. Cleared limits and parameters live until the library's call returns;
+/// parameters that the host replaces itself go at once.
 struct PresetSaveLoadParams {
     using Functor = std::function<std::string(LimitMap& limits, PresetSaveLoadParams& params)>;
 

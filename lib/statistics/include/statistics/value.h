@@ -61,7 +61,8 @@ public:
     /// of a `Decimal` (with a point, whatever the locale), the text of a `String`, "---" for `Empty`.
     /// Otherwise `format` is a printf format with at most one conversion; the number is converted to what
     /// that asks for. A format that could read anything else (a text, pointer or writing conversion, a "*",
-    /// two conversions) gives the default print. `String` and `Empty` ignore the format.
+    /// two conversions), or with a width of more than four digits, gives the default print. `String` and
+    /// `Empty` ignore the format.
     std::string toString(const char* format) const;
     /// The same into `text`, which keeps its memory: nothing is allocated once it is large enough.
     void print(std::string& text, const char* format) const;
