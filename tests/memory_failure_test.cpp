@@ -1,6 +1,7 @@
 // Memory that fails inside a call of the host: the call is done whole or not at
 // all.
 #include "support/allocations.h"
+#include "support/files.h"
 #include "support/panel.h"
 #include "support/test_access.h"
 
@@ -46,6 +47,24 @@ protected:
             system().createLabel(std::to_string(TestAccess::tree().nextId()));
     }
 
+    /// Three snapshots, all but the last of them compared; new ones go into `folder`.
+    void buildSnapshots(const std::string& folder)
+    {
+        build(false);
+        std::filesystem::remove_all(disk("root"));
+        disk.write("root/old/a.csv", "sep=\t\nCaption\tValue\ngroup/counter\t7\n");
+        disk.write("root/a file", "");
+        if (folder.empty())
+            return;
+        EXPECT_TRUE(system().createStatsAnalyzer(disk("root"), folder, [] {}));
+        store().snapshots.push_back({1, "b.csv", "old", {{kLong, std::string(kLong)}}});
+        store().snapshots.push_back({2, "c.csv", "old", {{kLong, std::string("other")}, {"c", 3.0f}}});
+        TestAccess::updateSnapshots();
+        store().addToDiff(0);
+        store().addToDiff(1);
+    }
+    static StatisticsAnalyzer& store() { return *TestAccess::data().statsAnalyzer; }
+
     template<typename Pool>
     static std::string liveSlots(const Pool& pool)
     {
@@ -74,7 +93,30 @@ protected:
             all.push_back(render.counters[slot].minText + render.counters[slot].counter->min.toString("%f"));
         for (auto slot = render.tables.begin(); slot != render.tables.end(); slot = render.tables.next(slot))
             describe(*render.tables[slot].table, all);
+        describeSnapshots(all);
         return all;
+    }
+
+    void describeSnapshots(State& all) const
+    {
+        const Render& render = TestAccess::render();
+        const SnapshotGroup& shown = TestAccess::data().snapshotGroup;
+        all.push_back(liveSlots(render.checkboxes) + liveSlots(shown.tree.m_nodes));
+        for (auto box = render.checkboxes.begin(); box != render.checkboxes.end();
+             box = render.checkboxes.next(box))
+            all.push_back(render.checkboxes[box].note);
+        all.push_back(std::to_string(shown.hasControls()) + std::to_string(bool(render.saveDiffFunctor)));
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(disk("")))
+            all.back() += entry.is_regular_file() ? " file" : "";
+        if (!TestAccess::data().statsAnalyzer)
+            return;
+        for (const StatisticsAnalyzer::Snapshot& snapshot : store().snapshots)
+            all.push_back(snapshot.folder + std::to_string(snapshot.values.size()) + snapshot.problem);
+        for (const DiffTableRow& row : store().diffTable.m_rows) {
+            all.push_back(row.caption + std::to_string(row.changed));
+            for (const CounterValue& value : row.values)
+                all.back() += ' ' + value.toString(nullptr);
+        }
     }
 
     static void describe(const Table& table, State& all)
@@ -85,15 +127,16 @@ protected:
             all.back() += ' ' + std::to_string(row);
     }
 
-    void expectAllOrNothing(const char* what, const std::function<void()>& call, bool full)
+    void expectAllOrNothing(const char* what, const std::function<void()>& call,
+                            const std::function<void()>& prepare)
     {
-        build(full);
+        prepare();
         const State before = state();
         call();
         const State after = state();
         for (std::size_t nth = 1;; ++nth) {
             SCOPED_TRACE(std::string(what) + ", allocation " + std::to_string(nth));
-            build(full);
+            prepare();
             if (succeeds(call, nth)) {
                 EXPECT_EQ(state(), after);
                 return;
@@ -124,6 +167,7 @@ protected:
     unsigned group = 0;
     unsigned id = 0;
     Table* model = nullptr;
+    test::TempDir disk;
 };
 
 TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
@@ -162,9 +206,30 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
         {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1u); }},
     };
     for (const auto& [what, call] : calls) {
-        expectAllOrNothing(what, call, false);
-        expectAllOrNothing(what, call, true);
+        expectAllOrNothing(what, call, [this] { build(false); });
+        expectAllOrNothing(what, call, [this] { build(true); });
     }
+}
+
+TEST_F(MemoryFailure, leavesSnapshotsAsIfTheCallHadntBeenMade)
+{
+    const std::function<void()> held = [held = std::string(kLong)] {};
+    const auto record = [] { system().recordSnapshot(); };
+    const struct {
+        const char* what;
+        const char* folder;
+        std::function<void()> call;
+    } cases[] = {
+        {"on", "", [&] { EXPECT_TRUE(system().createStatsAnalyzer(disk("root"), "run", held)); }},
+        {"off", "run", [] { EXPECT_TRUE(system().removeStatsAnalyzer()); }},
+        {"a snapshot in a new folder", "run", record},
+        {"a snapshot in a known folder", "old", record},
+        {"a snapshot that can't be written", "a file", record},
+        {"a tick", "run", [] { store().addToDiff(2); }},
+        {"no tick", "run", [] { store().removeFromDiff(0); }},
+    };
+    for (const auto& [what, folder, call] : cases)
+        expectAllOrNothing(what, call, [&, folder = folder] { buildSnapshots(folder); });
 }
 
 TEST_F(MemoryFailure, neverStopsARemoval)

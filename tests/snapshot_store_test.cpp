@@ -14,6 +14,8 @@
 #include <vector>
 
 #ifndef _WIN32
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #endif
 
@@ -199,6 +201,34 @@ TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
     store.saveSnapshot({});
     EXPECT_EQ(store.snapshots[0].index, 0u);
     EXPECT_EQ(dir.read("root/bench/" + store.snapshots[0].name), kHead);
+}
+
+/// A chain of directories, each in the one before, that no path reaches the end of.
+void makeDeep(const std::string& top, int levels)
+{
+    int at = open(top.c_str(), O_RDONLY | O_DIRECTORY);
+    for (int level = 0; level < levels; ++level) {
+        ASSERT_EQ(mkdirat(at, "deeper", 0700), 0);
+        const int below = openat(at, "deeper", O_RDONLY | O_DIRECTORY);
+        close(at);
+        at = below;
+    }
+    close(at);
+}
+
+TEST_F(SnapshotStore, clearingNeedsNoMoreFilesAndNoMoreStackHoweverDeepAFolderIs)
+{
+    dir.write("root/one/a.csv", kHead);
+    makeDeep(dir("root/one"), 3000);
+    StatisticsAnalyzer store(dir("root"), "bench");
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{40, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    EXPECT_EQ(store.describeClearing().rfind("Deletes 1 folder with ", 0), 0u);
+    EXPECT_NO_THROW(store.clearSnapshots());
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(fs::is_empty(dir("root")));
 }
 
 #endif

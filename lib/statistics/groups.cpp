@@ -1,6 +1,7 @@
 #include "groups.h"
 
 #include "name_order.h"
+#include "rollback.h"
 
 #include <utility>
 
@@ -12,6 +13,19 @@ namespace {
 unsigned addItem(Tree& tree, unsigned item, unsigned parent)
 {
     return item == INVALID_ID || parent == INVALID_ID ? INVALID_ID : tree.addChild(item, parent);
+}
+
+/// The same; an item that finds no place is freed again.
+unsigned addNewItem(Tree& tree, Render& render, unsigned item, unsigned parent)
+{
+    Rollback making([&] {
+        if (item != INVALID_ID)
+            render.removeItem(item);
+    });
+    const unsigned node = addItem(tree, item, parent);
+    if (node != INVALID_ID)
+        making.done();
+    return node;
 }
 
 } // namespace
@@ -74,26 +88,39 @@ void SnapshotGroup::addDiffTable(unsigned item)
         diffTableNode = addItem(tree, item, diffNode);
 }
 
-void SnapshotGroup::addSnapshot(const std::string& name, const std::string& folder,
-                                std::function<void(bool)> onChange, Render& render, const std::string& note)
+unsigned SnapshotGroup::addSnapshot(const std::string& name, const std::string& folder,
+                                    std::function<void(bool)> onChange, Render& render)
 {
-    unsigned folderNode = tree.findChild(snapshotsNode, folder, render);
-    if (folderNode == INVALID_ID)
-        folderNode = addItem(tree, render.createLabel(folder), snapshotsNode);
+    const unsigned known = tree.findChild(snapshotsNode, folder, render);
+    const unsigned folderNode =
+        known != INVALID_ID ? known : addNewItem(tree, render, render.createLabel(folder), snapshotsNode);
     if (folderNode == INVALID_ID || tree.findChild(folderNode, name, render) != INVALID_ID)
-        return;
-    const unsigned box = render.createCheckbox(name, std::move(onChange));
+        return INVALID_ID;
+    Rollback adding([&] {
+        if (known == INVALID_ID)
+            tree.removeItem(folderNode, render);
+    });
+    const unsigned box =
+        addNewItem(tree, render, render.createCheckbox(name, std::move(onChange)), folderNode);
     if (box == INVALID_ID)
-        return;
-    render.checkboxes[itemSlot(box)].note = note;
-    tree.addChild(box, folderNode);
+        return INVALID_ID;
+    adding.done();
+    return known == INVALID_ID ? folderNode : box;
+}
+
+void SnapshotGroup::setNote(const std::string& name, const std::string& folder, const std::string& note,
+                            Render& render)
+{
+    const unsigned box = tree.findChild(tree.findChild(snapshotsNode, folder, render), name, render);
+    render.checkboxes[itemSlot(tree.item(box))].note = note;
 }
 
 void SnapshotGroup::sort(bool byName, const Render& render)
 {
     if (snapshotsNode == INVALID_ID)
         return;
-    // No node of this tree is freed before the whole tree is: ids rise in the order of adding.
+    // No node of this tree but the last ones is freed before the whole tree is: ids rise in the order of
+    // adding.
     const auto before = [&](unsigned left, unsigned right) {
         return byName ? isNameBefore(render.itemName(tree.item(left)), render.itemName(tree.item(right)))
                       : left < right;

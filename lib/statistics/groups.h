@@ -28,10 +28,13 @@ struct SnapshotGroup {
     bool hasControls() const;
     void addControl(unsigned item);
     void addDiffTable(unsigned item);
-    /// Adds a check box for a record, under a label for its folder. One that exists stays as it is. `note` is
-    /// what the user reads who points at it; empty: nothing.
-    void addSnapshot(const std::string& name, const std::string& folder, std::function<void(bool)> onChange,
-                     Render& render, const std::string& note = {});
+    /// Adds a check box for a record, under a label for its folder. One that exists stays as it is.
+    /// Gives back the node by whose removal all that was added goes again, INVALID_ID if nothing was; lack of
+    /// memory adds nothing.
+    unsigned addSnapshot(const std::string& name, const std::string& folder,
+                         std::function<void(bool)> onChange, Render& render);
+    /// What the user reads who points at a check box.
+    void setNote(const std::string& name, const std::string& folder, const std::string& note, Render& render);
     /// Puts folders and check boxes in the order of their names, or in that in which they were added.
     void sort(bool byName, const Render& render);
     /// The check boxes stay in their pool, reached by nothing, until the group is reset.

@@ -1,13 +1,13 @@
 #include "remove_tree.h"
 
 #ifdef _WIN32
+#include "native_directory.h"
+
 #include <windows.h>
 #else
 #include <cerrno>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -15,12 +15,16 @@
 #include <unistd.h>
 #endif
 
+#include <utility>
+#include <vector>
+
 namespace statistics {
 
 #ifdef _WIN32
 
 // Not every standard library for Windows knows links: there std::filesystem::remove_all would empty what a
-// link or a junction leads to.
+// link or a junction leads to. Nothing calls itself for the levels of a directory: with long paths there may
+// be thousands.
 
 namespace {
 
@@ -31,31 +35,49 @@ std::error_code lastError()
     return nothingThere ? std::error_code() : std::error_code(static_cast<int>(code), std::system_category());
 }
 
-std::error_code removeAny(const std::filesystem::path& path);
+bool isRealDirectory(DWORD attributes)
+{
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
 
-std::error_code removeEntries(const std::filesystem::path& directory)
+/// A file, a link, or a directory that is empty.
+std::error_code removeOne(const std::filesystem::path& path, DWORD attributes)
+{
+    const bool isDirectory = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const BOOL removed = isDirectory ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str());
+    return removed ? std::error_code() : lastError();
+}
+
+/// A directory that is to be removed, once what was in it is.
+struct Level {
+    std::filesystem::path path;
+    bool emptied = false;
+};
+
+/// Removes what isn't a directory; directories are to be removed next.
+std::error_code emptyDirectory(const std::filesystem::path& directory, std::vector<Level>& levels)
 {
     std::error_code error;
-    std::filesystem::directory_iterator entry(directory, error);
-    while (!error && entry != std::filesystem::directory_iterator()) {
-        error = removeAny(entry->path());
-        if (!error)
-            entry.increment(error);
+    NativeDirectory entries(directory, error);
+    while (!error && entries.next(error)) {
+        const DWORD attributes = GetFileAttributesW(entries.path().c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES)
+            error = lastError();
+        else if (isRealDirectory(attributes))
+            levels.push_back({entries.path()});
+        else
+            error = removeOne(entries.path(), attributes);
     }
     return error == std::errc::no_such_file_or_directory ? std::error_code() : error;
 }
 
-std::error_code removeAny(const std::filesystem::path& path)
+std::error_code step(std::vector<Level>& levels)
 {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        return lastError();
-    const bool isDirectory = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (isDirectory && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
-        if (const std::error_code error = removeEntries(path))
-            return error;
-    const BOOL removed = isDirectory ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str());
-    return removed ? std::error_code() : lastError();
+    const std::filesystem::path path = levels.back().path;
+    if (!std::exchange(levels.back().emptied, true))
+        return emptyDirectory(path, levels);
+    levels.pop_back();
+    return removeOne(path, FILE_ATTRIBUTE_DIRECTORY);
 }
 
 } // namespace
@@ -63,17 +85,24 @@ std::error_code removeAny(const std::filesystem::path& path)
 std::error_code removeTree(const std::filesystem::path& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    constexpr DWORD kRemovable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kRemovable) == 0)
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return lastError();
+    if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0)
         return std::make_error_code(std::errc::not_a_directory);
-    return removeAny(path);
+    if (!isRealDirectory(attributes))
+        return removeOne(path, attributes);
+    std::error_code error;
+    for (std::vector<Level> levels{{path}}; !error && !levels.empty();)
+        error = step(levels);
+    return error;
 }
 
 #else
 
 // Goes by open directories and not by paths, so that a directory which is replaced by a link meanwhile isn't
 // followed. Each is first removed as if it were empty: where something is mounted on it, that fails with an
-// error of its own, before anything in it is touched.
+// error of its own, before anything in it is touched. Only the lowest one is open, however deep it lies: the
+// way back leads through "..", to the directory that it came from and to no other.
 
 namespace {
 
@@ -81,46 +110,63 @@ struct Close {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 
+constexpr int kMostRestarts = 1000;
+
 /// A directory that is being emptied.
 struct Level {
-    std::unique_ptr<DIR, Close> entries;
-    std::string name;     ///< in the level above
+    std::string name; ///< in the level above
+    dev_t device;
+    ino_t file;
     bool changed = false; ///< entries went since it was opened, so the reading may have missed some
 };
 
 class TreeRemoval {
 public:
-    std::error_code run(const std::string& path);
+    explicit TreeRemoval(const std::string& path) : m_path(path) {}
+
+    std::error_code run();
 
 private:
+    void start();
+    void restart();
     bool exists(const std::string& name, mode_t& kind);
     void removeFile(const std::string& name);
     void removeDirectory(const std::string& name);
     void removeEntry(const std::string& name);
+    bool open(const std::string& name, int flags, struct stat& status);
     void enter(const std::string& name);
     void step();
     void leave();
-    int directory() const { return m_levels.empty() ? AT_FDCWD : dirfd(m_levels.back().entries.get()); }
+    bool goBack();
+    int directory() const { return m_entries ? dirfd(m_entries.get()) : AT_FDCWD; }
     bool succeeded(bool result);
 
-    std::vector<Level> m_levels; ///< from the top down
+    const std::string& m_path;
+    std::vector<Level> m_levels;           ///< from the top down
+    std::unique_ptr<DIR, Close> m_entries; ///< of the lowest level; null above all
     std::error_code m_error;
+    int m_restarts = 0;
 };
 
-std::error_code TreeRemoval::run(const std::string& path)
+std::error_code TreeRemoval::run()
 {
-    mode_t kind = 0;
-    if (!exists(path, kind))
-        return m_error;
-    if (S_ISLNK(kind))
-        removeFile(path);
-    else if (S_ISDIR(kind))
-        removeDirectory(path);
-    else
-        m_error = std::make_error_code(std::errc::not_a_directory);
+    start();
     while (!m_error && !m_levels.empty())
         step();
     return m_error;
+}
+
+void TreeRemoval::start()
+{
+    mode_t kind = 0;
+    if (!exists(m_path, kind))
+        return;
+    if (S_ISLNK(kind))
+        removeFile(m_path);
+    else if (S_ISDIR(kind))
+        removeDirectory(m_path);
+    else
+        m_error = std::make_error_code(std::errc::not_a_directory);
 }
 
 /// Notes the error, if it is one.
@@ -166,23 +212,58 @@ void TreeRemoval::removeEntry(const std::string& name)
         removeFile(name);
 }
 
+/// Opens a directory in place of the one that is open.
+bool TreeRemoval::open(const std::string& name, int flags, struct stat& status)
+{
+    const int handle = openat(directory(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
+    if (!succeeded(handle >= 0))
+        return false;
+    std::unique_ptr<DIR, Close> entries(fdopendir(handle));
+    if (!succeeded(entries != nullptr)) {
+        close(handle);
+        return false;
+    }
+    m_entries = std::move(entries);
+    return succeeded(fstat(handle, &status) == 0);
+}
+
 void TreeRemoval::enter(const std::string& name)
 {
-    const int handle = openat(directory(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (!succeeded(handle >= 0))
-        return;
-    std::unique_ptr<DIR, Close> entries(fdopendir(handle));
-    if (succeeded(entries != nullptr))
-        m_levels.push_back({std::move(entries), name});
-    else
-        close(handle);
+    struct stat status {};
+    if (open(name, O_NOFOLLOW, status))
+        m_levels.push_back({name, status.st_dev, status.st_ino});
+}
+
+/// Goes back to the directory above, to read it again. False if the lowest one has been removed or moved away
+/// from there meanwhile.
+bool TreeRemoval::goBack()
+{
+    if (m_levels.empty()) {
+        m_entries = nullptr;
+        return true;
+    }
+    Level& above = m_levels.back();
+    above.changed = false;
+    struct stat status {};
+    return open("..", 0, status) && status.st_dev == above.device && status.st_ino == above.file;
+}
+
+/// Begins anew: another process is at work here, too.
+void TreeRemoval::restart()
+{
+    m_levels.clear();
+    m_entries = nullptr;
+    if (++m_restarts > kMostRestarts)
+        m_error = std::make_error_code(std::errc::device_or_resource_busy);
+    if (!m_error)
+        start();
 }
 
 /// Goes on to the next entry of the lowest directory.
 void TreeRemoval::step()
 {
     errno = 0;
-    const dirent* const entry = readdir(m_levels.back().entries.get());
+    const dirent* const entry = readdir(m_entries.get());
     if (!entry)
         return errno == 0 ? leave() : static_cast<void>(succeeded(false));
     const std::string name = entry->d_name;
@@ -195,6 +276,8 @@ void TreeRemoval::leave()
 {
     const Level level = std::move(m_levels.back());
     m_levels.pop_back();
+    if (!goBack())
+        return restart();
     if (succeeded(unlinkat(directory(), level.name.c_str(), AT_REMOVEDIR) == 0))
         return;
     const bool isFilled = m_error == std::errc::directory_not_empty || m_error == std::errc::file_exists;
@@ -208,7 +291,7 @@ void TreeRemoval::leave()
 
 std::error_code removeTree(const std::filesystem::path& path)
 {
-    return TreeRemoval().run(path.native());
+    return TreeRemoval(path.native()).run();
 }
 
 #endif

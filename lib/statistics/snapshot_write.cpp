@@ -3,8 +3,10 @@
 #include "snapshot_file.h"
 
 #include "format.h"
+#include "native_directory.h"
 #include "native_file.h"
 #include "native_path.h"
+#include "rollback.h"
 
 #include <chrono>
 #include <filesystem>
@@ -38,24 +40,24 @@ fs::path unfinishedName()
     return kUnfinishedPrefix + std::to_string(process) + "-" + std::to_string(now) + kUnfinishedExtension;
 }
 
-bool isUnfinished(const fs::directory_entry& entry)
+bool isUnfinished(const fs::path& path)
 {
     std::error_code ignored;
-    const fs::path name = entry.path().filename();
+    const fs::path name = path.filename();
     const fs::path prefix = kUnfinishedPrefix;
     return name.native().compare(0, prefix.native().size(), prefix.native()) == 0 &&
            name.extension() == kUnfinishedExtension &&
-           entry.symlink_status(ignored).type() == fs::file_type::regular;
+           fs::symlink_status(path, ignored).type() == fs::file_type::regular;
 }
 
 /// What processes that were killed have left. Others may be at work here at the same time.
 void removeUnfinished(const fs::path& root)
 {
-    std::error_code error;
-    fs::directory_iterator entry(root, error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-        if (isUnfinished(*entry))
-            NativeFile::removeUnclaimed(entry->path());
+    std::error_code ignored;
+    NativeDirectory entries(root, ignored);
+    while (entries.next(ignored))
+        if (isUnfinished(entries.path()))
+            NativeFile::removeUnclaimed(entries.path());
 }
 
 void writeContent(const NativeFile& file, const SnapshotValues& values, std::error_code& error)
@@ -81,21 +83,25 @@ void writeContent(const NativeFile& file, const SnapshotValues& values, std::err
 /// Makes a whole file, or none.
 SnapshotWriting makeFile(const fs::path& path, const SnapshotValues& values)
 {
+    bool begun = false;
+    Rollback making([&] { // once the file is closed
+        std::error_code ignored;
+        if (begun)
+            fs::remove(path, ignored);
+    });
     std::error_code error;
     NativeFile file = NativeFile::create(path, error);
     if (error)
         return {ESnapshotWrite::NotCreated, error};
+    begun = true;
     file.claim();
     writeContent(file, values, error);
     std::error_code late;
     file.close(late);
-    if (!error)
-        error = late;
-    if (!error)
-        return {};
-    std::error_code ignored;
-    fs::remove(path, ignored);
-    return {ESnapshotWrite::NotWritten, error};
+    if (error || late)
+        return {ESnapshotWrite::NotWritten, error ? error : late};
+    making.done();
+    return {};
 }
 
 /// Where no file can be renamed to. A directory at the name stays, even an empty one.

@@ -1,8 +1,10 @@
 #include "statistics_analyzer.h"
 
 #include "format.h"
+#include "native_directory.h"
 #include "native_path.h"
 #include "remove_tree.h"
+#include "rollback.h"
 
 #include <ctime>
 #include <filesystem>
@@ -31,34 +33,34 @@ void throwIf(const std::error_code& error, const char* operation, const fs::path
 }
 
 /// Follows symbolic links. An entry that vanished meanwhile is of no type; other failures throw.
-fs::file_type typeOf(const fs::directory_entry& entry)
+fs::file_type typeOf(const fs::path& entry)
 {
     std::error_code error;
-    const fs::file_type type = entry.status(error).type();
+    const fs::file_type type = fs::status(entry, error).type();
     if (type != fs::file_type::not_found)
-        throwIf(error, "directory_entry::status", entry.path());
+        throwIf(error, "directory_entry::status", entry);
     return type;
 }
 
+/// `unopened` tells why it has no entries to give.
 template<typename Visit>
-void forEachEntry(fs::directory_iterator entries, const fs::path& directory, const Visit& visit)
+void forEachEntry(const fs::path& directory, std::error_code& unopened, const Visit& visit)
 {
+    NativeDirectory entries(directory, unopened);
     std::error_code error;
-    while (entries != fs::directory_iterator()) {
-        visit(*entries);
-        entries.increment(error);
-        throwIf(error, "directory_iterator::operator++", directory);
-    }
+    while (!unopened && entries.next(error))
+        visit(entries.path());
+    throwIf(error, "directory_iterator::operator++", directory);
 }
 
-/// Empty for a directory that is gone.
-fs::directory_iterator open(const fs::path& directory)
+/// A directory that is gone has none.
+template<typename Visit>
+void forEachEntry(const fs::path& directory, const Visit& visit)
 {
     std::error_code error;
-    fs::directory_iterator entries(directory, error);
+    forEachEntry(directory, error, visit);
     if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
         throwIf(error, "directory_iterator::directory_iterator", directory);
-    return entries;
 }
 
 fs::path absolutePath(const fs::path& path)
@@ -83,13 +85,16 @@ bool countBelow(const fs::path& path, FileCount& count)
     const fs::file_type type = fs::symlink_status(path, error).type();
     if (type != fs::file_type::directory)
         return type == fs::file_type::symlink;
-    fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, error);
-    for (; !error && entry != fs::recursive_directory_iterator() && count.seen < kMostCounted;
-         entry.increment(error)) {
-        ++count.seen;
-        std::error_code gone;
-        if (entry->symlink_status(gone).type() != fs::file_type::directory)
-            ++count.files;
+    for (std::vector<fs::path> waiting{path}; !waiting.empty() && count.seen < kMostCounted;) {
+        NativeDirectory entries(std::exchange(waiting.back(), {}), error);
+        waiting.pop_back();
+        while (count.seen < kMostCounted && entries.next(error)) {
+            ++count.seen;
+            if (fs::symlink_status(entries.path(), error).type() == fs::file_type::directory)
+                waiting.push_back(entries.path());
+            else
+                ++count.files;
+        }
     }
     return true;
 }
@@ -145,13 +150,13 @@ void StatisticsAnalyzer::scanSnapshots()
 {
     const fs::path directory = toPath(m_place);
     std::error_code unreadable; // a root that isn't there holds nothing
-    forEachEntry(fs::directory_iterator(directory, unreadable), directory, [this](const auto& folderEntry) {
+    forEachEntry(directory, unreadable, [this](const fs::path& folderEntry) {
         if (typeOf(folderEntry) != fs::file_type::directory)
             return;
-        const std::string name = toText(folderEntry.path().filename());
-        forEachEntry(open(folderEntry.path()), folderEntry.path(), [&](const auto& file) {
+        const std::string name = toText(folderEntry.filename());
+        forEachEntry(folderEntry, [&](const fs::path& file) {
             if (typeOf(file) == fs::file_type::regular)
-                loadSnapshot(toText(file.path().filename()), name);
+                loadSnapshot(toText(file.filename()), name);
         });
     });
 }
@@ -167,15 +172,28 @@ void StatisticsAnalyzer::loadSnapshot(const std::string& name, const std::string
     snapshots.push_back({snapshots.size(), name, inFolder, readSnapshot(path)});
 }
 
-void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)
+StatisticsAnalyzer::Snapshot& StatisticsAnalyzer::addRecord(SnapshotValues values)
 {
-    Snapshot snapshot{snapshots.size(), {}, folder, std::move(values)};
-    snapshot.name = Orv::orv_format("%s_%s.csv", folder.c_str(), timeStamp(std::time(nullptr)).c_str());
-    const std::string relativePath = Orv::orv_format("%s/%s", folder.c_str(), snapshot.name.c_str());
+    const std::string stamp = timeStamp(std::time(nullptr));
+    snapshots.push_back({snapshots.size(), Orv::orv_format("%s_%s.csv", folder.c_str(), stamp.c_str()),
+                         folder, std::move(values)});
+    return snapshots.back();
+}
+
+void StatisticsAnalyzer::writeRecord(Snapshot& snapshot) const
+{
+    const std::string relativePath = Orv::orv_format("%s/%s", snapshot.folder.c_str(), snapshot.name.c_str());
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
     if (writing.step != ESnapshotWrite::Written)
         snapshot.problem = describe(writing);
-    snapshots.push_back(std::move(snapshot));
+}
+
+void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)
+{
+    Snapshot& snapshot = addRecord(std::move(values));
+    Rollback adding([&] { snapshots.pop_back(); });
+    writeRecord(snapshot);
+    adding.done();
 }
 
 SnapshotWriting StatisticsAnalyzer::writeSnapshot(const std::string& relativePath,

@@ -39,8 +39,11 @@ public:
     void scanSnapshots();
     /// Reads one file and appends its record, even if nothing could be read.
     void loadSnapshot(const std::string& name, const std::string& inFolder);
-    /// Writes a new file, named after the present time, and appends its record, even if nothing could be
-    /// written.
+    /// Appends the record of a new snapshot, named after the present time; `writeRecord` is to follow.
+    Snapshot& addRecord(SnapshotValues values);
+    /// Writes the file of a record, which learns why if that can't be done.
+    void writeRecord(Snapshot& snapshot) const;
+    /// Both. What they throw leaves no record.
     void saveSnapshot(SnapshotValues values);
     /// Deletes the folders of all records from disk (`removeTree`), then forgets records and comparison. If a
     /// folder can't be deleted, that leaves as an exception and nothing is forgotten.

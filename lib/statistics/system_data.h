@@ -87,8 +87,14 @@ struct System::Data {
 
     /// Draws the tree, inside an ImGui frame.
     void drawItems();
+    /// Reads all counters for a snapshot; runs their getters.
+    SnapshotValues readCounters();
+    /// Adds a snapshot to the store, to the panel and to the disk. All of it, or an exception and nothing.
+    RecordedSnapshot record(SnapshotValues values);
     /// Shows every record of the store in the panel. Those that are shown already stay as they are.
     void publishSnapshots();
+    /// The same for one record (`SnapshotGroup::addSnapshot`).
+    unsigned publish(const StatisticsAnalyzer::Snapshot& snapshot);
     /// Order of the check boxes, flags of the comparison.
     void applyToSnapshots(const Options& options);
 

@@ -85,31 +85,50 @@ const DiffTable& System::getDiffTable()
     return m_data->statsAnalyzer->diffTable;
 }
 
-void System::takeSnapshot()
+SnapshotValues System::Data::readCounters()
 {
     SnapshotValues values;
-    values.reserve(m_data->render.counters.size());
-    m_data->forEachCounterPath([&](unsigned, const std::string& path, const Counter& counter) {
+    values.reserve(render.counters.size());
+    forEachCounterPath([&](unsigned, const std::string& path, const Counter& counter) {
         values.emplace_back(path, counter.getter());
     });
+    return values;
+}
+
+/// Written last: what memory fails for leaves nothing on disk, nor in the panel.
+RecordedSnapshot System::Data::record(SnapshotValues values)
+{
+    StatisticsAnalyzer::Snapshot& taken = statsAnalyzer->addRecord(std::move(values));
+    Rollback adding([&] { statsAnalyzer->snapshots.pop_back(); });
+    const unsigned shown = publish(taken);
+    Rollback publishing([&] { snapshotGroup.tree.removeItem(shown, render); });
+    snapshotGroup.sort(render.options.sortSnapshots, render);
+    RecordedSnapshot recorded{statsAnalyzer->pathOf(taken.folder) + '/' + taken.name, {}};
+    statsAnalyzer->writeRecord(taken);
+    recorded.problem = taken.problem;
+    if (!taken.problem.empty() && shown != INVALID_ID)
+        snapshotGroup.setNote(taken.name, taken.folder, "Not on disk: " + taken.problem, render);
+    publishing.done();
+    adding.done();
+    return recorded;
+}
+
+void System::takeSnapshot()
+{
+    SnapshotValues values = m_data->readCounters();
     // A getter may have dropped the store.
-    if (!m_data->statsAnalyzer)
-        return;
-    m_data->statsAnalyzer->saveSnapshot(std::move(values));
-    m_data->publishSnapshots();
+    if (m_data->statsAnalyzer)
+        m_data->record(std::move(values));
 }
 
 RecordedSnapshot System::recordSnapshot()
 {
-    const CallScope call; // the store outlives a getter that drops it
     if (!m_data->statsAnalyzer)
         return {{}, "snapshots are off"};
-    takeSnapshot();
-    const StatisticsAnalyzer* store = m_data->statsAnalyzer.get();
-    if (!store || store->snapshots.empty())
-        return {{}, "snapshots were turned off or cleared meanwhile"};
-    const StatisticsAnalyzer::Snapshot& taken = store->snapshots.back();
-    return {store->pathOf(taken.folder) + '/' + taken.name, taken.problem};
+    SnapshotValues values = m_data->readCounters();
+    if (!m_data->statsAnalyzer)
+        return {{}, "snapshots were turned off meanwhile"};
+    return m_data->record(std::move(values));
 }
 
 void System::updateSnapshots()
@@ -125,19 +144,22 @@ void System::clearSnapshots()
 
 void System::Data::publishSnapshots()
 {
-    statsAnalyzer->forEachSnapshot([this](const StatisticsAnalyzer::Snapshot& snapshot) {
-        const auto onChange = [this, index = snapshot.index](bool compared) {
-            if (!statsAnalyzer)
-                return;
-            if (compared)
-                statsAnalyzer->addToDiff(index);
-            else
-                statsAnalyzer->removeFromDiff(index);
-        };
-        const std::string note = snapshot.problem.empty() ? "" : "Not on disk: " + snapshot.problem;
-        snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render, note);
-    });
+    statsAnalyzer->forEachSnapshot(
+        [this](const StatisticsAnalyzer::Snapshot& snapshot) { publish(snapshot); });
     applyToSnapshots(render.options);
+}
+
+unsigned System::Data::publish(const StatisticsAnalyzer::Snapshot& snapshot)
+{
+    const auto onChange = [this, index = snapshot.index](bool compared) {
+        if (!statsAnalyzer)
+            return;
+        if (compared)
+            statsAnalyzer->addToDiff(index);
+        else
+            statsAnalyzer->removeFromDiff(index);
+    };
+    return snapshotGroup.addSnapshot(snapshot.name, snapshot.folder, onChange, render);
 }
 
 void System::Data::applyToSnapshots(const Options& options)

@@ -77,15 +77,16 @@ void showWhilePointedAt(const std::string& text)
 void Render::drawCheckbox(unsigned slot)
 {
     const widgets::IdScope id = itemScope(ItemType::Checkbox, slot);
-    ItemCheckbox& item = checkboxes[slot];
+    ItemCheckbox& item = checkboxes[slot]; // good until its functor runs
     bool value = item.value;
     const bool clicked = widgets::checkBox(item.name, &value);
     showWhilePointedAt(item.note);
     if (!clicked)
         return;
-    item.value = value;
     if (item.onChange)
-        pin(item.onChange)(value);
+        pin(item.onChange)(value); // may throw, or remove the box
+    if (checkboxes.contains(slot))
+        checkboxes[slot].value = value;
 }
 
 namespace {
