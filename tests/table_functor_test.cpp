@@ -178,6 +178,24 @@ TEST_F(TableFunctors, mayReplaceThemselvesAndLiveOnUntilTheCallReturns)
     system().updateNode(id);
     EXPECT_EQ(gone, (Lines{"count", "getter"}));
     EXPECT_EQ(table.m_rowCount(), 2u);
+
+    statistics::addClipboardAction(id);
+    std::function<void()> replaceCount = [&] {
+        table.m_rowCount = [&, text = std::string(100, 'x')] { return replaceCount(), text.size() / 50; };
+    };
+    replaceCount();
+    table.runAction(0, 0);
+    EXPECT_EQ(ui.clipboard(), "") << "of no columns";
+}
+
+TEST_F(TableFunctors, thatAreMissingAreFoundOutWhateverBecomesOfTheirColumns)
+{
+    table.m_header[0].getter = [this](std::size_t) {
+        table.m_header.resize(20, table.m_header[1]);
+        return 1;
+    };
+    table.m_header[1].getter = nullptr;
+    EXPECT_THROW(sample(), std::bad_function_call);
 }
 
 TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)

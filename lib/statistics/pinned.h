@@ -52,8 +52,9 @@ private:
 template<typename Functor>
 Functor& pin(Functor& field)
 {
+    static Functor none; // and not the field, which may go
     if (!field)
-        return field;
+        return none;
     if (const auto* pinned = field.template target<Pinned<Functor>>())
         return pinned->functor();
     Pinned<Functor> pinned;

@@ -7,6 +7,7 @@
 #include "clipboard.h"
 #include "only_library.h"
 #include "path.h"
+#include "pinned.h"
 
 #include <string_view>
 #include <utility>
@@ -201,11 +202,11 @@ Table* System::getTable(unsigned id)
 }
 
 /// The host may copy the action to where it outlives the table, or the `System`. Runs the table's functors.
-void System::copyRow(const Table* table, std::size_t row)
+void System::copyRow(Table* table, std::size_t row)
 {
     const CallScope call;
     const System* system = instance();
-    if (system && system->m_data->render.holdsTable(table) && row < table->m_rowCount())
+    if (system && system->m_data->render.holdsTable(table) && row < pin(table->m_rowCount)())
         setClipboardText(table->rowText(row));
 }
 

@@ -6,7 +6,6 @@
 #include <imgui.h>
 
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace statistics {
@@ -47,8 +46,9 @@ void Tree::takeOpenings(const Render& render)
     if (m_derived.openings.empty())
         return;
     NodeIds ids(*this, render);
-    for (const auto& [node, open] : std::exchange(m_derived.openings, {}))
+    for (const auto& [node, open] : m_derived.openings)
         ImGui::GetStateStorage()->SetInt(ids.find(node), open ? 1 : 0);
+    m_derived.openings.clear(); // not before: memory may fail
 }
 
 } // namespace statistics

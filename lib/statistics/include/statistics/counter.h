@@ -14,7 +14,9 @@ namespace statistics {
 ///
 /// `getter` must be callable while the counter lives: an empty one raises `std::bad_function_call` out of the
 /// frame update. It runs on the thread that drives the library and may call every operation of the library
-/// but `initialize`, `shutdown`, `update` and `draw`; it is called in place, never through a copy.
+/// but `initialize`, `shutdown`, `update` and `draw`; it is called in place, never through a copy. It may
+/// remove its counter, but nothing may replace it while it runs, by a pointer to the counter that the host
+/// has kept: to sample at no cost beside its own, it runs where it is.
 ///
 /// "No limit" on one side: `FLT_MAX` or infinity above, `-FLT_MAX` or minus infinity below, for values of any
 /// kind; the bar then means nothing. A negative lower limit doesn't do for a `UInt` value: -1 reads as

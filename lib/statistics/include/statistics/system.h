@@ -31,8 +31,9 @@ namespace statistics {
 /// All calls come from one thread at a time; host functors run on that thread inside the call that reaches
 /// them. From a functor every operation may be called but `initialize`, `shutdown`, `update` and `draw`,
 /// which are reported and do nothing there. They are called in place, never through a copy; what a functor
-/// removes or replaces, itself included, is destroyed when the outermost call returns. Where members run
-/// functors they say so; the others run none, but for destructors of what they drop or remove.
+/// removes or replaces, itself included, is destroyed when the outermost call returns. (Only a counter's
+/// getter must not be replaced while it runs.) Where members run functors they say so; the others run none,
+/// but for destructors of what they drop or remove.
 ///
 /// The library defines no exception and catches none: what a functor throws reaches the host, with ImGui's
 /// stacks balanced. Where memory fails, `std::bad_alloc` leaves a call that creates, removes or chooses as if
@@ -189,7 +190,7 @@ private:
     void takeSnapshot();
     void updateSnapshots();
     void clearSnapshots();
-    static void copyRow(const Table* table, std::size_t row);
+    static void copyRow(Table* table, std::size_t row);
     Counter::Getter childrenSum(std::size_t column);
 
     std::unique_ptr<Data> m_data;

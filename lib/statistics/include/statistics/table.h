@@ -80,10 +80,11 @@ public:
     std::size_t dataRow(std::size_t viewRow);
     /// Prints a value as a cell of the column.
     void printCell(std::string& text, std::size_t column, const CounterValue& value) const;
-    /// The cells of a data row as the table shows them, separated by tabs. Runs the getters.
+    /// The cells of a data row as the table shows them, separated by tabs. Runs the getters, with any
+    /// `dataRow` that is given.
     std::string rowText(std::size_t dataRow) const;
     /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported. Runs
-    /// the row count once, and the getter.
+    /// the row count once, and the getter for each of these rows, whatever becomes of their number meanwhile.
     CounterValue sumColumn(std::size_t column) const;
 
     /// Appends an entry to the rows' context menu.
