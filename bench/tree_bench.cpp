@@ -21,15 +21,25 @@ std::unique_ptr<Counter> makeCounter()
     return std::make_unique<Counter>(bench::getter(s_source));
 }
 
+struct HandItem {
+    std::string name;
+    std::unique_ptr<Counter> counter;
+    float period;
+    float timer = 0;
+    std::string valueText = {};
+    std::string minText = {};
+    std::string maxText = {};
+};
+
 /// What a host would keep by itself: the items in a vector, and a map of their full names.
 struct HandItems {
     void add(unsigned parent, std::string name)
     {
         byName.emplace(std::to_string(parent) + "/" + name, items.size());
-        items.emplace_back(std::move(name), makeCounter(), 1.0f);
+        items.push_back({std::move(name), makeCounter(), 1.0f});
     }
 
-    std::vector<statistics::ItemCounter> items;
+    std::vector<HandItem> items;
     std::unordered_map<std::string, std::size_t> byName;
 };
 
@@ -260,13 +270,13 @@ void chooseHand(benchmark::State& state)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
     const statistics::LimitMap limits = makeLimits(count);
-    std::vector<statistics::ItemCounter> items;
+    std::vector<HandItem> items;
     for (std::size_t index = 0; index < count; ++index)
-        items.emplace_back(bench::name(index),
-                           std::make_unique<Counter>(bench::getter(s_source), "", "", bench::name(index)),
-                           1.0f);
+        items.push_back({bench::name(index),
+                         std::make_unique<Counter>(bench::getter(s_source), "", "", bench::name(index)),
+                         1.0f});
     for (auto _ : state)
-        for (statistics::ItemCounter& item : items) {
+        for (HandItem& item : items) {
             const auto found = limits.find(item.counter->limitKey);
             char text[64];
             item.minText =

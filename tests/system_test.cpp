@@ -2,6 +2,7 @@
 #include "support/panel.h"
 #include "support/test_access.h"
 
+#include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -190,6 +191,33 @@ TEST_F(SystemItems, areSampledByTheirPeriods)
         }
         system().removeItem(counter);
         system().removeItem(rows);
+    }
+}
+
+TEST_F(SystemItems, ofManyAreSampledEachByItsOwnPeriodAndNoneThatIsGone)
+{
+    constexpr std::size_t kCount = 150;
+    const auto period = [](std::size_t i) { return i < 100 ? 1000.0f : static_cast<float>(i % 7); };
+    std::vector<int> samples(kCount);
+    Ids ids;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const auto getter = [&samples, i] { return ++samples[i]; };
+        ids.push_back(addCounter(std::to_string(i), getter, period(i)));
+    }
+    for (const std::size_t gone : {3, 64, 120, 149})
+        system().removeItem(std::exchange(ids[gone], INVALID_ID));
+    std::vector<float> timers(kCount, FLT_MAX);
+    std::vector<int> expected(kCount);
+    for (const float dt : {0.0f, 1.5f, 2.0f, 990.0f, NAN, 3.0f, INFINITY, 6.5f, -1.0f, 0.5f}) {
+        for (std::size_t i = 0; i < kCount; ++i) {
+            timers[i] += dt;
+            if (!(dt >= 0) || timers[i] >= period(i)) {
+                timers[i] = 0;
+                expected[i] += ids[i] != INVALID_ID;
+            }
+        }
+        system().update(dt, true);
+        EXPECT_EQ(samples, expected) << "after " << dt;
     }
 }
 

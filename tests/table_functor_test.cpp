@@ -273,7 +273,7 @@ TEST_F(TableFunctors, ofACopiedClipboardEntryActOnItsOwnTableWhileThatLives)
 
 TEST_F(TableFunctors, thatThrowLeaveNoOldRowsAndWaitForTheirPeriod)
 {
-    item.period = 10;
+    schedule.start(0, 10);
     const Lines fresh = {"Name | Size", "alpha | 20 B", "beta | 30 B", "gamma | 10 B"};
     for (std::size_t whole = 0; whole < 3; ++whole) {
         table.m_header[1].getter = [this](std::size_t row) { return rows[row].size; };

@@ -7,7 +7,6 @@
 #include <statistics/preset.h>
 #include <statistics/table.h>
 
-#include <cfloat>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -52,10 +51,11 @@ inline const char* orNull(const std::string& format)
 /// The limit that a value is outside of.
 enum class ECrossed : unsigned char { None, Min, Max };
 
-/// A counter on the panel: the host's description, and the texts that are drawn every frame.
+/// A counter on the panel: the host's description, and the texts that are drawn every frame. Its period and
+/// timer lie in `Render::counterSchedule`.
 struct ItemCounter {
-    ItemCounter(std::string caption, std::unique_ptr<Counter> description, float time)
-        : period(time), name(std::move(caption)), counter(std::move(description))
+    ItemCounter(std::string caption, std::unique_ptr<Counter> description)
+        : name(std::move(caption)), counter(std::move(description))
     {
         printLimits();
     }
@@ -66,8 +66,6 @@ struct ItemCounter {
         counter->max.print(maxText, orNull(counter->limitFormat));
     }
 
-    float period;
-    float timer = FLT_MAX; ///< time since the last sample; the first update always samples
     std::string name;
     std::string valueText; ///< empty until the first sample
     std::string minText;
@@ -78,17 +76,16 @@ struct ItemCounter {
     CallScope::Place place;            ///< for `counter`, when the item is removed
 };
 
-/// A table on the panel: the model, and the cells of the last refresh.
+/// A table on the panel: the model, and the cells of the last refresh. Its period and timer lie in
+/// `Render::tableSchedule`.
 struct ItemTable {
     using Getters = std::vector<const std::function<CounterValue(std::size_t)>*>;
 
-    ItemTable(std::string caption, std::function<std::size_t()> rowCount, float time)
-        : period(time), name(std::move(caption)), table(std::make_unique<Table>(std::move(rowCount)))
+    ItemTable(std::string caption, std::function<std::size_t()> rowCount)
+        : name(std::move(caption)), table(std::make_unique<Table>(std::move(rowCount)))
     {
     }
 
-    float period;
-    float timer = FLT_MAX;
     std::string name;
     std::unique_ptr<Table> table;               ///< never null; hosts hold its address
     std::vector<std::vector<std::string>> rows; ///< texts by view row and column

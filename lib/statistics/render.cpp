@@ -21,6 +21,16 @@ unsigned place(free_slot_vector<T>& pool, ItemType type, T element)
     return itemId(type, pool.emplace(std::move(element)));
 }
 
+template<typename T>
+unsigned place(free_slot_vector<T>& pool, ItemType type, T element, Schedule& schedule, float period)
+{
+    schedule.makeRoom(pool.nextIndex());
+    const unsigned id = place(pool, type, std::move(element));
+    if (id != INVALID_ID)
+        schedule.start(itemSlot(id), period);
+    return id;
+}
+
 /// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
 /// it reads may be gone with the counter.
 void removeCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
@@ -56,12 +66,12 @@ unsigned Render::createLabel(const std::string& text)
 unsigned Render::createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period)
 {
     history.makeRoom(counters.nextIndex());
-    return place(counters, ItemType::Counter, ItemCounter(name, std::move(counter), period));
+    return place(counters, ItemType::Counter, ItemCounter(name, std::move(counter)), counterSchedule, period);
 }
 
 unsigned Render::createTable(const std::string& name, std::function<std::size_t()> rowCount, float period)
 {
-    return place(tables, ItemType::Table, ItemTable(name, std::move(rowCount), period));
+    return place(tables, ItemType::Table, ItemTable(name, std::move(rowCount)), tableSchedule, period);
 }
 
 unsigned Render::createPreset(const std::string& name, std::size_t index,
@@ -127,8 +137,10 @@ void Render::removeItem(unsigned id)
         return labels.erase(slot);
     case ItemType::Counter:
         history.forget(slot);
+        counterSchedule.stop(slot);
         return removeCounter(counters, slot);
     case ItemType::Table:
+        tableSchedule.stop(slot);
         return removeTable(tables, slot);
     case ItemType::Preset:
         return presets.erase(slot);

@@ -4,6 +4,7 @@
 #include "free_slot_vector.h"
 #include "history.h"
 #include "items.h"
+#include "schedule.h"
 #include "text_lines.h"
 
 #include <statistics/diff_table.h>
@@ -82,6 +83,8 @@ public:
     free_slot_vector<ItemTable> tables;
     free_slot_vector<ItemPreset> presets;
     free_slot_vector<ItemCheckbox> checkboxes;
+    Schedule counterSchedule; ///< of `counters`
+    Schedule tableSchedule;   ///< of `tables`
     std::function<void()> takeSnapshotFunctor;
     std::function<void()> saveDiffFunctor;
     std::function<void()> clearTreeFunctor;

@@ -8,7 +8,6 @@
 #include "table_order.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <utility>
 
 namespace statistics {
@@ -37,19 +36,6 @@ ECrossed crossedLimit(const CounterValue& value, const Counter& counter)
     return value > counter.max ? ECrossed::Max : ECrossed::None;
 }
 
-/// Advances the item's timer. The time in excess of a period is dropped.
-template<typename Item>
-bool isDue(Item& item, float dt)
-{
-    const float elapsed = dt + item.timer;
-    // Whatever isn't a number, in `dt` or in the period, makes the item due. The timer of an item that was
-    // never sampled is less than an infinite period, too.
-    const bool waits = dt >= 0.0f && elapsed < item.period && item.timer < FLT_MAX;
-    // Before the sampling: an item whose functor throws waits for its period like any other.
-    item.timer = waits ? elapsed : 0.0f;
-    return !waits;
-}
-
 } // namespace
 
 void Render::update(float dt, bool enabled)
@@ -58,12 +44,13 @@ void Render::update(float dt, bool enabled)
     const CallScope call;
     if (!enabled)
         return;
-    const auto due = [dt](auto& item) { return isDue(item, dt); };
-    for (auto slot = counters.findFrom(0, due); slot != counters.end();
-         slot = counters.findFrom(slot + 1, due))
-        updateCounter(slot);
-    for (auto slot = tables.findFrom(0, due); slot != tables.end(); slot = tables.findFrom(slot + 1, due))
-        updateTable(slot);
+    // A sample may create and remove items: each search begins behind the slot that was sampled last.
+    for (unsigned slot = 0; (slot = counterSchedule.findDue(slot, dt)) != Schedule::npos; ++slot)
+        if (counters.contains(slot))
+            updateCounter(slot);
+    for (unsigned slot = 0; (slot = tableSchedule.findDue(slot, dt)) != Schedule::npos; ++slot)
+        if (tables.contains(slot))
+            updateTable(slot);
 }
 
 void Render::updateNode(unsigned id)

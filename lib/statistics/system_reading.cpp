@@ -65,7 +65,7 @@ CounterHistory System::history(unsigned id) const
         return {};
     const unsigned slot = itemSlot(tree.item(id));
     const Past past = render.history.past(slot);
-    CounterHistory history{render.counters[slot].period, {}};
+    CounterHistory history{render.counterSchedule.period(slot), {}};
     history.samples.reserve(past.size());
     for (std::size_t index = 0; index < past.size(); ++index)
         history.samples.push_back(past[index]);

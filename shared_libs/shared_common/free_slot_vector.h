@@ -116,17 +116,6 @@ public:
     index_type next(index_type idx) const { return firstUsed(idx + 1); }
     static constexpr index_type end() { return npos; }
 
-    /// The lowest index from `idx` on whose live element `matches`; the end of a walk if there is none.
-    /// Faster than a walk that looks at each element; `matches` may change the element but not the container.
-    template<typename Matches>
-    index_type findFrom(index_type idx, const Matches& matches)
-    {
-        const index_type count = size();
-        while (idx < count && !(slots_[idx].isLive() && matches(slots_[idx].element())))
-            ++idx;
-        return idx < count ? idx : npos;
-    }
-
 private:
     static constexpr index_type kFirstGrowth = 64;
 

@@ -55,6 +55,7 @@ protected:
     unsigned id = addTable("Rows", rows);
     statistics::Table& table = *system().getTable(id);
     statistics::ItemTable& item = statistics::TestAccess::render().tables[0]; // until there are more tables
+    statistics::Schedule& schedule = statistics::TestAccess::render().tableSchedule; // `item` has slot 0
 };
 
 } // namespace test

@@ -172,12 +172,12 @@ void showNumbers(const ItemCounter& item, const Past& past, const PastSummary& s
     }
 }
 
-void showPast(const ItemCounter& item, const Past& past)
+void showPast(const ItemCounter& item, const Past& past, float period)
 {
     const PastSummary summary(past);
     if (past.size() > 0) {
         widgets::plot(past, summary, limitsOf(*item.counter, past.kind), layout::scaled(layout::kPlotSize));
-        widgets::text(spanText(past.size(), item.period));
+        widgets::text(spanText(past.size(), period));
     }
     showNumbers(item, past, summary);
     const std::string note = noteText(past, summary);
@@ -202,14 +202,14 @@ public:
     TooltipScope& operator=(const TooltipScope&) = delete;
 };
 
-void showTooltip(const std::string& path, const ItemCounter& item, const Past& past)
+void showTooltip(const std::string& path, const ItemCounter& item, const Past& past, float period)
 {
     const TooltipScope tooltip;
     {
         const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
         widgets::text(path);
     }
-    showPast(item, past);
+    showPast(item, past, period);
 }
 
 /// `INVALID_ID` if the counter is gone.
@@ -233,7 +233,8 @@ void showPointedAt(System::Data& data)
     if (node == INVALID_ID)
         return;
     const std::string path = data.tree.path(node, data.render);
-    showTooltip(path, data.render.counters[slot], data.render.history.past(slot));
+    showTooltip(path, data.render.counters[slot], data.render.history.past(slot),
+                data.render.counterSchedule.period(slot));
     if (ImGui::IsMouseClicked(1, false)) {
         view.menuNode = node;
         view.menuPath = path;
@@ -286,7 +287,7 @@ void drawEntries(System::Data& data)
     if (menuEntry("Copy value"))
         setClipboardText(item.valueText);
     if (past.size() > 0 && menuEntry("Copy history"))
-        setClipboardText(historyText(past, item.period));
+        setClipboardText(historyText(past, data.render.counterSchedule.period(slot)));
 }
 
 } // namespace
