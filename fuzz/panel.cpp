@@ -1,13 +1,14 @@
+#include "script.h"
 #include "targets.h"
+#include "user.h"
 
 #include "offscreen/host.h"
+#include "support/counting.h"
 
 #include <statistics/statistics.h>
 
-#include <imgui_internal.h>
-
-#include <iterator>
-#include <limits>
+#include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -15,52 +16,17 @@
 namespace {
 
 using namespace statistics;
+using fuzz::Script;
+using test::counting;
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
 
 struct Thrown : std::runtime_error {
     Thrown() : std::runtime_error("a functor threw") {}
-};
-
-/// Reads a part of the input. Past its end everything is zero, or it begins again.
-class Script {
-public:
-    enum class End { Zeros, Repeats };
-
-    Script(const std::uint8_t* data, std::size_t size, End end)
-        : m_begin(data), m_data(data), m_end(data + size), m_repeats(end == End::Repeats)
-    {
-    }
-
-    bool isOver() const { return m_data == m_end; }
-    unsigned byte()
-    {
-        if (isOver() && m_repeats)
-            m_data = m_begin;
-        return isOver() ? 0u : *m_data++;
-    }
-    unsigned id() { return byte() % 32 == 31 ? byte() * 1000u : byte() % 128; }
-    float number()
-    {
-        static const float odd[] = {0.0f, -1.0f, 1e38f, -1e38f, 1e-30f, 1.0f / 3.0f};
-        const unsigned choice = byte();
-        if (choice == 255)
-            return std::numeric_limits<float>::quiet_NaN();
-        if (choice == 254)
-            return std::numeric_limits<float>::infinity();
-        return choice % 2 ? odd[choice % 6] : static_cast<float>(choice);
-    }
-    std::string text()
-    {
-        std::string result;
-        for (unsigned length = byte() % 8; length > 0; --length)
-            result += static_cast<char>(byte());
-        return result;
-    }
-
-private:
-    const std::uint8_t* m_begin;
-    const std::uint8_t* m_data;
-    const std::uint8_t* m_end;
-    bool m_repeats;
 };
 
 class Host {
@@ -85,13 +51,9 @@ public:
             case 1:
                 return System::instance()->update(m_steps.number(), true);
             case 2:
-                return moveMouse();
-            case 3:
-                return dragBorder();
-            case 4:
-                return pressKey();
-            default:
                 return ui.frame();
+            default:
+                return m_user.act();
             }
         } catch (const Thrown&) {
         }
@@ -130,12 +92,26 @@ private:
         }
     }
 
+    /// Another number of rows at each call.
+    std::size_t countRows()
+    {
+        functor();
+        return m_rows = m_answers.byte() % 24;
+    }
+
+    /// Only on rows that there are.
+    void act(std::size_t row)
+    {
+        require(row < m_rows);
+        functor();
+    }
+
     void call(Script& script)
     {
         ++m_calls;
         System& system = *System::instance();
         const unsigned id = script.id();
-        switch (script.byte() % 16) {
+        switch (script.byte() % 20) {
         case 0:
             return system.setPanelOpen(true);
         case 1:
@@ -162,9 +138,45 @@ private:
             return static_cast<void>(system.getItemIndex(script.text()));
         case 14:
             return static_cast<void>(getTableCell(id, script.byte(), script.byte() % 4));
-        default:
+        case 15:
             return static_cast<void>(system.getDiffTable());
+        case 16:
+            return changeOptions(script);
+        case 17:
+            return system.setFilter(script.text());
+        case 18:
+            return system.openNode(id, script.byte() % 2 == 0);
+        default:
+            return readCounters(id, script.byte() % 2 == 0);
         }
+    }
+
+    static void changeOptions(Script& script)
+    {
+        static constexpr std::size_t kHistories[] = {0, 1, 2, 7, 300};
+        Options options;
+        options.history = kHistories[script.byte() % 5];
+        const unsigned on = script.byte();
+        options.filter = (on & 1u) != 0;
+        options.markOutside = (on & 2u) != 0;
+        options.sortArrows = (on & 4u) != 0;
+        options.sortSnapshots = (on & 8u) != 0;
+        options.background = script.number();
+        options.compareTolerance = script.number();
+        System::instance()->setOptions(options);
+        require(System::instance()->options().background >= 0);
+        require(System::instance()->options().background <= 1);
+    }
+
+    void readCounters(unsigned id, bool withPaths)
+    {
+        System& system = *System::instance();
+        const auto visit = [&](const CounterReading& reading) {
+            require(withPaths || reading.path.empty());
+            functor();
+        };
+        system.forEachCounter(visit, withPaths);
+        require(system.history(id).samples.size() <= system.options().history);
     }
 
     // Compilers differ in the order in which they read arguments: what is read here has names.
@@ -181,8 +193,7 @@ private:
             system.createCounter(name, makeCounter(script), period, parent);
             return;
         case 2:
-            system.createTable(
-                name, [this] { return functor(), m_answers.byte() % 24; }, period, parent);
+            system.createTable(name, counting([this] { return countRows(); }), period, parent);
             return;
         default:
             system.createChildrenCounter(name, script.byte() % 2 ? NO_INDEX : 0, period, "%d", parent);
@@ -191,7 +202,7 @@ private:
 
     std::unique_ptr<Counter> makeCounter(Script& script)
     {
-        const auto read = [this] { return value(); };
+        const auto read = counting([this] { return value(); });
         const std::string format = script.text();
         const std::string limitFormat = script.text();
         if (script.byte() % 2)
@@ -211,98 +222,56 @@ private:
         case 1:
             return addClipboardAction(id);
         case 2:
-            return addRowAction(id, script.text(), [this](std::size_t) { functor(); });
+            return addRowAction(id, script.text(), counting([this](std::size_t row) { act(row); }));
         case 3:
-            return setDefaultAction(id, [this](std::size_t) { functor(); });
+            return setDefaultAction(id, counting([this](std::size_t row) { act(row); }));
         case 4:
             return table->m_header.clear();
         case 5:
             return repeatColumns(*table, script.byte());
         default:
-            const std::string caption = script.text();
-            const float width = script.number();
-            table->addColumn(
-                caption, [this](std::size_t) { return value(); }, width, script.text());
+            return addColumn(*table, script);
         }
     }
 
+    void addColumn(Table& table, Script& script)
+    {
+        const std::string caption = script.text();
+        const float width = script.number();
+        table.addColumn(caption, counting([this](std::size_t) { return value(); }), width, script.text());
+    }
+
     /// A few columns, or more than fit beside each other however narrow they are.
-    static void repeatColumns(Table& table, unsigned times)
+    void repeatColumns(Table& table, unsigned times)
     {
         const std::size_t count = times % 16 == 15 ? times * 5 : times % 16;
-        if (!table.m_header.empty())
-            table.m_header.resize(count, TableColumn(table.m_header.back()));
+        if (table.m_header.empty())
+            return;
+        table.m_header.resize(std::min(count, table.m_header.size()));
+        while (table.m_header.size() < count) {
+            table.m_header.push_back(TableColumn(table.m_header.front()));
+            table.m_header.back().getter = counting([this](std::size_t) { return value(); });
+        }
     }
 
     void addPreset(Script& script)
     {
         auto params = std::make_unique<PresetSaveLoadParams>();
-        params->loadFunctor = params->saveFunctor = [this](LimitMap& limits, PresetSaveLoadParams&) {
+        const auto change = [this](LimitMap& limits, PresetSaveLoadParams&) {
             functor();
             limits[m_answers.text()] = {m_answers.number(), m_answers.number()};
             return m_answers.text();
         };
+        params->loadFunctor = counting(change);
+        params->saveFunctor = counting(change);
         System::instance()->createPreset(script.text(), {{"", {0.0f, 1.0f}}}, std::move(params));
-    }
-
-    void moveMouse()
-    {
-        const auto x = static_cast<float>(m_steps.byte() * 4);
-        const ImVec2 point(x, static_cast<float>(m_steps.byte() * 3));
-        switch (m_steps.byte() % 7) {
-        case 0:
-            return ui.click(point);
-        case 1:
-            return ui.rightClick(point);
-        case 2:
-            return ui.doubleClick(point);
-        case 3:
-            return ui.moveTo(point);
-        case 4:
-            return ui.press();
-        case 5:
-            return ui.release();
-        default:
-            return ui.wheel(0.0f, m_steps.number() > 0.0f ? 3.0f : -3.0f);
-        }
-    }
-
-    /// A drag from a border of some columns that the panel has shown.
-    void dragBorder()
-    {
-        ui.frame();
-        const ImGuiWindow* window = ImGui::FindWindowByName("Statistics");
-        if (!window || window->ColumnsStorage.empty())
-            return;
-        const unsigned chosen = m_steps.byte() % static_cast<unsigned>(window->ColumnsStorage.Size);
-        const ImGuiOldColumns& set = window->ColumnsStorage[static_cast<int>(chosen)];
-        if (set.Columns.empty())
-            return;
-        const unsigned border = m_steps.byte() % static_cast<unsigned>(set.Columns.Size);
-        const float offset = set.Columns[static_cast<int>(border)].OffsetNorm * (set.OffMaxX - set.OffMinX);
-        const ImVec2 from(window->Pos.x + set.OffMinX + offset, set.LineMaxY - 1.0f);
-        ui.moveTo(from);
-        ui.press();
-        ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
-        if (m_steps.byte() % 2)
-            ui.release();
-    }
-
-    void pressKey()
-    {
-        static const ImGuiKey keys[] = {ImGuiKey_DownArrow,  ImGuiKey_UpArrow,  ImGuiKey_LeftArrow,
-                                        ImGuiKey_RightArrow, ImGuiKey_PageDown, ImGuiKey_PageUp,
-                                        ImGuiKey_Home,       ImGuiKey_End,      ImGuiKey_Space,
-                                        ImGuiKey_Enter,      ImGuiKey_Tab,      ImGuiKey_Escape};
-        const unsigned choice = m_steps.byte();
-        if (choice % 16 == 15)
-            return ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
-        ui.pressKey(keys[choice % std::size(keys)]);
     }
 
     Script& m_steps;
     Script& m_answers;
     offscreen::Host ui;
+    fuzz::User m_user{m_steps, ui};
+    std::size_t m_rows = 0; ///< of the table that was asked last
     int m_depth = 0;
     int m_calls = 0;
 };

@@ -3,15 +3,17 @@
 // single call.
 
 #include "stack_tracker.h"
+#include "support/counting.h"
 #include "support/files.h"
 #include "support/panel.h"
 #include "support/test_access.h"
+#include "support/tree_model.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <map>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -19,77 +21,10 @@
 namespace {
 
 using namespace statistics;
+using test::counting;
 
 struct Thrown : std::runtime_error {
     Thrown() : std::runtime_error("a functor threw") {}
-};
-
-/// What the library's tree should hold: ids are given out last in, first out, and grow 100, 200, 400.
-class Model {
-public:
-    struct Node {
-        std::string name;
-        unsigned parent;
-        std::vector<unsigned> children;
-    };
-
-    Model()
-    {
-        addIds(100);
-        nodes[takeId()] = {"", INVALID_ID, {}};
-    }
-
-    unsigned findOrAdd(const std::string& name, unsigned parent)
-    {
-        if (nodes.count(parent) == 0)
-            return INVALID_ID;
-        for (const unsigned child : nodes[parent].children)
-            if (nodes[child].name == name)
-                return child;
-        if (m_free.empty())
-            addIds(m_count);
-        const unsigned id = takeId();
-        nodes[id] = {name, parent, {}};
-        nodes[parent].children.push_back(id);
-        return id;
-    }
-
-    void remove(unsigned id)
-    {
-        if (id == 0 || nodes.count(id) == 0)
-            return;
-        std::vector<unsigned>& siblings = nodes[nodes[id].parent].children;
-        siblings.erase(std::find(siblings.begin(), siblings.end(), id));
-        erase(id);
-    }
-
-    std::map<unsigned, Node> nodes;
-
-private:
-    void addIds(unsigned count)
-    {
-        for (unsigned id = m_count + count; id > m_count; --id)
-            m_free.push_back(id - 1);
-        m_count += count;
-    }
-
-    unsigned takeId()
-    {
-        const unsigned id = m_free.back();
-        m_free.pop_back();
-        return id;
-    }
-
-    void erase(unsigned id)
-    {
-        for (const unsigned child : nodes[id].children)
-            erase(child);
-        nodes.erase(id);
-        m_free.push_back(id);
-    }
-
-    std::vector<unsigned> m_free; ///< the next one last
-    unsigned m_count = 0;
 };
 
 class RandomCalls : public test::Panel, public testing::WithParamInterface<unsigned> {
@@ -127,6 +62,20 @@ protected:
         return static_cast<int>(pick(100));
     }
 
+    /// Another number of rows at each call.
+    std::size_t countRows()
+    {
+        functor();
+        return m_rows = pick(20);
+    }
+
+    /// Only on rows that there are.
+    void act(std::size_t row)
+    {
+        EXPECT_LT(row, m_rows);
+        functor();
+    }
+
     void call()
     {
         ++m_calls;
@@ -136,24 +85,20 @@ protected:
         static constexpr void (RandomCalls::*kCalls[])() = {
             &RandomCalls::createSomething, &RandomCalls::createSomething, &RandomCalls::createSomething,
             &RandomCalls::removeSomething, &RandomCalls::changeTable,     &RandomCalls::changePresets,
-            &RandomCalls::toggleStore,     &RandomCalls::askSomething,    &RandomCalls::changeFilter};
+            &RandomCalls::toggleStore,     &RandomCalls::askSomething,    &RandomCalls::changeFilter,
+            &RandomCalls::changeOptions,   &RandomCalls::readCounters};
         (this->*kCalls[pick(std::size(kCalls))])();
         compare();
     }
 
     unsigned create(const std::string& name, unsigned parent)
     {
-        // A getter that keeps count in itself is called in place, never through a copy.
-        const auto read = [this, calls = 0, all = std::make_shared<int>(0)]() mutable {
-            EXPECT_EQ(++calls, ++*all);
-            return value();
-        };
+        const auto read = counting([this] { return value(); });
         switch (pick(5)) {
         case 0:
             return system().createLabel(name, parent);
         case 1:
-            return system().createTable(
-                name, [this] { return functor(), std::size_t{pick(20)}; }, 0.1f, parent);
+            return system().createTable(name, counting([this] { return countRows(); }), 0.1f, parent);
         case 2:
             return system().createChildrenCounter(name, NO_INDEX, 0.1f, "", parent);
         case 3:
@@ -193,12 +138,11 @@ protected:
         case 1:
             return setKeyColumn(id, pick(3));
         case 2:
-            return setDefaultAction(id, [this](std::size_t) { functor(); });
+            return setDefaultAction(id, counting([this](std::size_t row) { act(row); }));
         case 3:
-            return addRowAction(id, randomName(), [this](std::size_t) { functor(); });
+            return addRowAction(id, randomName(), counting([this](std::size_t row) { act(row); }));
         default:
-            table->addColumn(
-                randomName(), [this](std::size_t) { return value(); }, 0.2f);
+            table->addColumn(randomName(), counting([this](std::size_t) { return value(); }), 0.2f);
         }
     }
 
@@ -215,7 +159,9 @@ protected:
             limits[""] = {0.0f, 1.0f}; // still there, whatever came and went
             return row.text + "!";
         };
-        params->loadFunctor = params->saveFunctor = params->saveAsFunctor = change;
+        params->loadFunctor = counting(change);
+        params->saveFunctor = counting(change);
+        params->saveAsFunctor = counting(change);
         system().createPreset(randomName(), {}, std::move(params));
     }
 
@@ -225,10 +171,33 @@ protected:
         system().setFilter(kTexts[pick(std::size(kTexts))]);
     }
 
+    void changeOptions()
+    {
+        Options options;
+        options.history = chance(50) ? pick(10) : 0;
+        options.filter = chance(30);
+        options.background = static_cast<float>(pick(3)) * 0.5f;
+        options.markOutside = chance(50);
+        options.sortArrows = chance(50);
+        options.sortSnapshots = chance(50);
+        options.compareTolerance = chance(50) ? 0.1f : 0.0f;
+        system().setOptions(options);
+    }
+
+    void readCounters()
+    {
+        system().forEachCounter([this](const CounterReading&) { functor(); }, chance(50));
+        const unsigned node = randomNode();
+        system().openNode(node, chance(50));
+        EXPECT_LE(system().history(node).samples.size(), system().options().history);
+        EXPECT_EQ(system().path(node), m_model.path(node));
+    }
+
     void toggleStore()
     {
         if (!system().removeStatsAnalyzer()) {
-            EXPECT_TRUE(system().createStatsAnalyzer(m_folder("snapshots"), "run", [this] { functor(); }));
+            EXPECT_TRUE(
+                system().createStatsAnalyzer(m_folder("snapshots"), "run", counting([this] { functor(); })));
         }
     }
 
@@ -271,6 +240,14 @@ protected:
         compare();
     }
 
+    void pressKey()
+    {
+        static constexpr ImGuiKey kKeys[] = {
+            ImGuiKey_DownArrow, ImGuiKey_UpArrow, ImGuiKey_LeftArrow, ImGuiKey_RightArrow, ImGuiKey_PageDown,
+            ImGuiKey_Home,      ImGuiKey_End,     ImGuiKey_Space,     ImGuiKey_Enter,      ImGuiKey_Escape};
+        ui.pressKey(kKeys[pick(std::size(kKeys))]);
+    }
+
     void gesture()
     {
         const std::vector<test::Text>& texts = ui.read().texts;
@@ -279,6 +256,10 @@ protected:
         const test::Text target = texts[pick(static_cast<unsigned>(texts.size()))];
         // Left of a text may be its check box or arrow.
         const ImVec2 point = chance(30) ? ImVec2(target.min.x - 10.0f, target.center().y) : target.center();
+        if (chance(10))
+            return pressKey();
+        if (chance(10))
+            return ui.drag(point, ImVec2(point.x + static_cast<float>(pick(800)) - 400.0f, point.y));
         if (chance(20))
             return ui.rightClick(point);
         return chance(20) ? ui.doubleClick(point) : ui.click(point);
@@ -301,8 +282,9 @@ protected:
 
 private:
     std::mt19937 m_random;
-    Model m_model;
+    test::TreeModel m_model;
     test::TempDir m_folder;
+    std::size_t m_rows = 0; ///< of the table that was asked last
     int m_depth = 0;
     int m_calls = 0;
     int m_allCalls = 0;

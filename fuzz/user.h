@@ -1,0 +1,92 @@
+#pragma once
+
+#include "script.h"
+
+#include "offscreen/host.h"
+
+#include <imgui_internal.h>
+
+#include <iterator>
+
+namespace fuzz {
+
+/// The mouse and the keys, as the input tells.
+class User {
+public:
+    User(Script& steps, offscreen::Host& host) : m_steps(steps), ui(host) {}
+
+    void act()
+    {
+        switch (m_steps.byte() % 4) {
+        case 0:
+            return dragBorder();
+        case 1:
+            return pressKey();
+        default:
+            return moveMouse();
+        }
+    }
+
+private:
+    void moveMouse()
+    {
+        const auto x = static_cast<float>(m_steps.byte() * 4);
+        const ImVec2 point(x, static_cast<float>(m_steps.byte() * 3));
+        switch (m_steps.byte() % 7) {
+        case 0:
+            return ui.click(point);
+        case 1:
+            return ui.rightClick(point);
+        case 2:
+            return ui.doubleClick(point);
+        case 3:
+            return ui.moveTo(point);
+        case 4:
+            return ui.press();
+        case 5:
+            return ui.release();
+        default:
+            return ui.wheel(0.0f, m_steps.number() > 0.0f ? 3.0f : -3.0f);
+        }
+    }
+
+    /// A drag from a border of some columns that the panel has shown.
+    void dragBorder()
+    {
+        ui.frame();
+        const ImGuiWindow* window = ImGui::FindWindowByName("Statistics");
+        if (!window || window->ColumnsStorage.empty())
+            return;
+        const unsigned chosen = m_steps.byte() % static_cast<unsigned>(window->ColumnsStorage.Size);
+        const ImGuiOldColumns& set = window->ColumnsStorage[static_cast<int>(chosen)];
+        if (set.Columns.empty())
+            return;
+        const unsigned border = m_steps.byte() % static_cast<unsigned>(set.Columns.Size);
+        const float offset = set.Columns[static_cast<int>(border)].OffsetNorm * (set.OffMaxX - set.OffMinX);
+        const ImVec2 from(window->Pos.x + set.OffMinX + offset, set.LineMaxY - 1.0f);
+        ui.moveTo(from);
+        ui.press();
+        ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
+        if (m_steps.byte() % 2)
+            ui.release();
+    }
+
+    void pressKey()
+    {
+        static const ImGuiKey keys[] = {ImGuiKey_DownArrow,  ImGuiKey_UpArrow,  ImGuiKey_LeftArrow,
+                                        ImGuiKey_RightArrow, ImGuiKey_PageDown, ImGuiKey_PageUp,
+                                        ImGuiKey_Home,       ImGuiKey_End,      ImGuiKey_Space,
+                                        ImGuiKey_Enter,      ImGuiKey_Tab,      ImGuiKey_Escape};
+        const unsigned choice = m_steps.byte();
+        if (choice % 16 == 15)
+            return ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
+        if (choice % 16 == 14)
+            return ImGui::GetIO().AddInputCharacter(m_steps.byte());
+        ui.pressKey(keys[choice % std::size(keys)]);
+    }
+
+    Script& m_steps;
+    offscreen::Host& ui;
+};
+
+} // namespace fuzz
