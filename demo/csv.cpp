@@ -1,27 +1,16 @@
 #include "csv.h"
 
+#include "texts/csv_field.h"
+
 #include <charconv>
 
 namespace demo {
 
 using statistics::CounterValue;
+using texts::csvField;
+using texts::kCsvLineEnd;
 
 namespace {
-
-constexpr const char* kLineEnd = "\r\n";
-
-std::string field(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char c : text) {
-        quoted += c;
-        if (c == '"')
-            quoted += c;
-    }
-    return quoted + '"';
-}
 
 std::string toText(const CounterValue& value)
 {
@@ -39,13 +28,13 @@ std::string toCsv(const statistics::DiffTable& comparison)
 {
     std::string csv = "Caption";
     for (const auto& column : comparison.m_columns)
-        csv += "," + field(column.title);
-    csv += std::string(",Changed") + kLineEnd;
+        csv += "," + csvField(column.title);
+    csv += std::string(",Changed") + kCsvLineEnd;
     for (const auto& row : comparison.m_rows) {
-        csv += field(row.caption);
+        csv += csvField(row.caption);
         for (const CounterValue& value : row.values)
-            csv += "," + field(toText(value));
-        csv += std::string(row.changed ? ",yes" : ",no") + kLineEnd;
+            csv += "," + csvField(toText(value));
+        csv += std::string(row.changed ? ",yes" : ",no") + kCsvLineEnd;
     }
     return csv;
 }

@@ -1,8 +1,8 @@
 #include "host_windows.h"
 
 #include "particles_view.h"
-#include "shown_text.h"
 #include "text_view.h"
+#include "texts/shown_text.h"
 #include "user_folders.h"
 
 #include <GLFW/glfw3.h>
@@ -18,12 +18,12 @@ using statistics::System;
 
 namespace {
 
-constexpr float kCaptionWidth = 150;         // right of a slider or field
-constexpr std::size_t kMostWarnings = 200;   // lines
-constexpr std::size_t kHistory = 240;        // samples: a minute of what is sampled four times a second
-constexpr std::size_t kLongestMessage = 300; // bytes
+constexpr float kCaptionWidth = 150;         ///< right of a slider or field
+constexpr std::size_t kMostWarnings = 200;   ///< lines
+constexpr std::size_t kHistory = 240;        ///< samples: a minute of what is sampled four times a second
+constexpr std::size_t kLongestMessage = 300; ///< bytes
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
-const ImVec4 kFine(0.45f, 0.75f, 0.35f, 1);
+const ImVec4 kGood(0.45f, 0.75f, 0.35f, 1);
 
 /// All that the plain panel doesn't have, and the groups open that a user looks at first.
 void setUpPanel()
@@ -110,7 +110,7 @@ void HostWindows::drawSettings()
         drawFolders();
         if (!m_app.notices().message.empty()) {
             ImGui::Separator();
-            showWrapped(bounded(m_app.notices().message, kLongestMessage));
+            showWrapped(texts::bounded(m_app.notices().message, kLongestMessage));
         }
     }
     ImGui::End();
@@ -181,7 +181,7 @@ void HostWindows::drawWarnings(float dt)
     if (m_warningPeriod.due(dt))
         m_warnings = System::instance()->collectWarnings();
     if (begin("Warnings", m_places.warnings)) {
-        ImGui::PushStyleColor(ImGuiCol_Text, m_warnings.empty() ? kFine : kWarning);
+        ImGui::PushStyleColor(ImGuiCol_Text, m_warnings.empty() ? kGood : kWarning);
         if (m_warnings.empty())
             showText("Everything is within its limits.");
         std::size_t count = 0;

@@ -1,7 +1,7 @@
 #include "mapping_table.h"
 
 #include "files.h"
-#include "shown_text.h"
+#include "texts/shown_text.h"
 
 #include <cstdio>
 
@@ -12,7 +12,7 @@ using Row = MappingRow;
 
 namespace {
 
-constexpr float kPeriod = 5.0f; // seconds; the kernel walks all pages for it
+constexpr float kPeriod = 5.0f; ///< seconds; the kernel walks all pages for it
 constexpr std::size_t kResidentColumn = 3;
 
 std::string hexadecimal(std::uint64_t address)
@@ -24,7 +24,7 @@ std::string hexadecimal(std::uint64_t address)
 
 std::string nameOf(const std::string& path)
 {
-    return path.empty() ? "(anonymous)" : visible(path.substr(path.rfind('/') + 1));
+    return path.empty() ? "(anonymous)" : texts::visible(path.substr(path.rfind('/') + 1));
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "presets.h"
 
 #include "files.h"
-#include "preset_file.h"
 #include "save_file.h"
-#include "shown_text.h"
+#include "texts/preset_file.h"
+#include "texts/shown_text.h"
 
 #include <statistics/statistics.h>
 
@@ -24,7 +24,7 @@ namespace {
 
 constexpr const char* kExtension = ".json";
 constexpr std::size_t kLongestName = 40;
-constexpr std::size_t kLargestFile = 1 << 20; // bytes; a preset has some hundred
+constexpr std::size_t kLargestFile = 1 << 20; ///< bytes; a preset has some hundred
 
 struct KnownPreset {
     const char* name;
@@ -120,8 +120,8 @@ void Presets::createSaved()
         const std::filesystem::path path(file);
         if (path.extension() != kExtension || hasFile(file))
             continue;
-        const std::string name = parsePreset(readRegularFile(m_folder / file, kLargestFile).text).name;
-        const std::string shown = visible(fileNameOf(name) == file ? name : path.stem().string());
+        const std::string name = texts::parsePreset(readRegularFile(m_folder / file, kLargestFile).text).name;
+        const std::string shown = texts::visible(fileNameOf(name) == file ? name : path.stem().string());
         createOne({shown, file}, knownPresets()[1].limits);
     }
 }
@@ -182,16 +182,16 @@ bool Presets::isRefused(const std::string& name) const
     });
 }
 
-// Limits that the file doesn't name stay: it may be older than the program. The result is the row's text.
+/// Limits that the file doesn't name stay: it may be older than the program. The result is the row's text.
 std::string Presets::load(Entry& entry, LimitMap& limits) const
 {
-    const std::string shown = visible(entry.file);
+    const std::string shown = texts::visible(entry.file);
     entry.problem.clear();
     if (!isThere(m_folder / entry.file))
         return "(no " + shown + " yet)";
     const FileText file = readRegularFile(m_folder / entry.file, kLargestFile);
-    const PresetText preset =
-        file.problem.empty() ? parsePreset(file.text) : PresetText{{}, {}, file.problem};
+    const texts::PresetText preset =
+        file.problem.empty() ? texts::parsePreset(file.text) : texts::PresetText{{}, {}, file.problem};
     entry.problem = preset.problem;
     if (!entry.problem.empty())
         return "(" + shown + " " + entry.problem + ")";
@@ -200,7 +200,7 @@ std::string Presets::load(Entry& entry, LimitMap& limits) const
     return "(from " + shown + ")";
 }
 
-// Counters take loaded limits when their preset is chosen: for the active one that shall be now.
+/// Counters take loaded limits when their preset is chosen: for the active one that shall be now.
 std::string Presets::reload(std::size_t index, LimitMap& limits)
 {
     std::string text = load(m_entries[index], limits);
@@ -214,18 +214,19 @@ std::string Presets::save(const LimitMap& limits) const
     return "(" + store(m_entries[activePreset()], limits) + ")";
 }
 
-// A damaged file is somebody's work, too: it stays aside. A healthy one keeps what this program doesn't know.
+/// A damaged file is somebody's work, too: it stays aside. A healthy one keeps what this program doesn't
+/// know.
 std::string Presets::store(const Entry& entry, const LimitMap& limits) const
 {
     const std::filesystem::path path = m_folder / entry.file;
     const bool isNew = !isThere(path);
     const FileText file = isNew ? FileText() : readRegularFile(path, kLargestFile);
     if (!isNew && !file.isRegular)
-        return visible(entry.file) + " " + file.problem;
-    const bool isHealthy = !isNew && file.problem.empty() && parsePreset(file.text).problem.empty();
-    const std::string text = printPreset(entry.name, limits, isHealthy ? file.text : "");
+        return texts::visible(entry.file) + " " + file.problem;
+    const bool isHealthy = !isNew && file.problem.empty() && texts::parsePreset(file.text).problem.empty();
+    const std::string text = texts::printPreset(entry.name, limits, isHealthy ? file.text : "");
     const std::string problem = saveText(path, text, isHealthy ? EOld::Goes : EOld::StaysAside);
-    return problem.empty() ? "saved as " + visible(entry.file) : problem;
+    return problem.empty() ? "saved as " + texts::visible(entry.file) : problem;
 }
 
 std::string Presets::saveAs(const LimitMap& limits)
@@ -233,10 +234,10 @@ std::string Presets::saveAs(const LimitMap& limits)
     const std::string name = m_saveAsName;
     const std::string file = fileNameOf(name);
     if (!isGoodName(name))
-        return "('" + visible(name) + "' is no name: use letters, digits, ' ', '-', '_')";
+        return "('" + texts::visible(name) + "' is no name: use letters, digits, ' ', '-', '_')";
     if (hasFile(file) || isThere(m_folder / file))
         return "(" + file + " is there already)";
-    const std::string problem = saveText(m_folder / file, printPreset(name, limits));
+    const std::string problem = saveText(m_folder / file, texts::printPreset(name, limits));
     if (!problem.empty())
         return "(" + problem + ")";
     createOne({name, file}, limits);

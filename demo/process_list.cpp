@@ -1,7 +1,7 @@
 #include "process_list.h"
 
 #include "files.h"
-#include "shown_text.h"
+#include "texts/shown_text.h"
 
 #include <algorithm>
 
@@ -17,7 +17,7 @@ std::vector<ProcessRow> ProcessList::read()
             continue; // ended since the folder was listed
         ProcessRow row;
         row.key = {process, stat->start};
-        row.name = visible(stat->name);
+        row.name = texts::visible(stat->name);
         row.state = stateName(stat->state);
         row.threads = stat->threads;
         row.nice = stat->nice;

@@ -1,6 +1,6 @@
 #include "process_table.h"
 
-#include "shown_text.h"
+#include "texts/shown_text.h"
 
 #include <algorithm>
 #include <memory>
@@ -13,12 +13,12 @@ using Row = ProcessRow;
 
 namespace {
 
-constexpr float kPeriod = 2.0f; // seconds
+constexpr float kPeriod = 2.0f; ///< seconds
 
 std::string allAbout(const std::string& folder, const Row& row)
 {
     const auto status = readOf(folder, row.key, "status");
-    return status ? "Command line: " + visible(commandLine(folder, row.key)) + "\n" + *status : "";
+    return status ? "Command line: " + texts::visible(commandLine(folder, row.key)) + "\n" + *status : "";
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "text_view.h"
 
-#include "shown_text.h"
+#include "texts/shown_text.h"
 
 #include <imgui.h>
 
@@ -11,7 +11,7 @@ namespace demo {
 
 namespace {
 
-constexpr std::size_t kLongestText = 2000; // bytes
+constexpr std::size_t kLongestText = 2000; ///< bytes
 constexpr int kMostLines = 300;
 const ImVec4 kDim(0.55f, 0.62f, 0.70f, 1);
 
@@ -36,7 +36,7 @@ void showField(std::string_view line)
 
 void showText(std::string_view text)
 {
-    const std::string shown = bounded(text, kLongestText);
+    const std::string shown = texts::bounded(text, kLongestText);
     ImGui::TextUnformatted(shown.data(), shown.data() + shown.size());
 }
 

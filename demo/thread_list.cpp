@@ -1,7 +1,7 @@
 #include "thread_list.h"
 
 #include "files.h"
-#include "shown_text.h"
+#include "texts/shown_text.h"
 
 namespace demo {
 
@@ -29,7 +29,7 @@ std::vector<ThreadRow> ThreadList::read()
         const std::string status = readText(folder + "/status").value_or("");
         ThreadRow row;
         row.key = {thread, stat->start};
-        row.name = visible(stat->name);
+        row.name = texts::visible(stat->name);
         row.state = stateName(stat->state);
         row.nice = stat->nice;
         row.processorSeconds = exactSeconds(folder).value_or(stat->processorSeconds);

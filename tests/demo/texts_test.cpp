@@ -1,8 +1,8 @@
 // What the demo writes for other programs and reads from them, where the running demo rarely shows it.
 #include "csv.h"
-#include "preset_file.h"
 #include "proc_text.h"
-#include "shown_text.h"
+#include "texts/preset_file.h"
+#include "texts/shown_text.h"
 
 #include <statistics/diff_table.h>
 
@@ -33,10 +33,10 @@ TEST(ComparisonAsCsv, quotesWhatASpreadsheetWouldSplit)
 TEST(PresetFile, givesBackWhatWasSaved)
 {
     const statistics::LimitMap limits = {{"a.b", {0.1f, 33.3f}}, {R"("odd" \ key)", {-1e30f, 1e30f}}};
-    const std::string text = demo::printPreset("My limits", limits);
+    const std::string text = texts::printPreset("My limits", limits);
     EXPECT_NE(text.find("\"min\": 0.1\n"), std::string::npos) << text;
 
-    const demo::PresetText preset = demo::parsePreset(text);
+    const texts::PresetText preset = texts::parsePreset(text);
     EXPECT_EQ(preset.problem, "");
     EXPECT_EQ(preset.name, "My limits");
     ASSERT_EQ(preset.limits.size(), limits.size());
@@ -65,16 +65,16 @@ TEST(PresetFile, tellsWhatIsWrongWithIt)
         {R"({"limits": {"a": {"min": 0, "max": 1e999}}})", "has a number that is out of range"},
     };
     for (const auto& [text, problem] : cases)
-        EXPECT_EQ(demo::parsePreset(text).problem, problem) << text;
+        EXPECT_EQ(texts::parsePreset(text).problem, problem) << text;
 }
 
 TEST(PresetFile, isRefusedWhenItIsNestedTooDeep)
 {
     constexpr std::size_t kDepth = 100000; // enough for the stack to overflow where each level takes some
     const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
-    EXPECT_EQ(demo::parsePreset(deep).problem, "is nested too deep");
-    EXPECT_EQ(demo::parsePreset(R"({"limits": {}, "note": )" + deep + "}").problem, "is nested too deep");
-    EXPECT_EQ(demo::parsePreset(R"({"limits": {}, "note": "\"[[[[[[[[[[[[[[[[[["})").problem, "");
+    EXPECT_EQ(texts::parsePreset(deep).problem, "is nested too deep");
+    EXPECT_EQ(texts::parsePreset(R"({"limits": {}, "note": )" + deep + "}").problem, "is nested too deep");
+    EXPECT_EQ(texts::parsePreset(R"({"limits": {}, "note": "\"[[[[[[[[[[[[[[[[[["})").problem, "");
 }
 
 TEST(PresetFile, takesManyLimitsInAMoment)
@@ -82,26 +82,26 @@ TEST(PresetFile, takesManyLimitsInAMoment)
     std::string text = R"({"limits": {"first": {"min": 0, "max": 1})";
     for (int i = 0; i < 30000; ++i) // minutes, if each were held against all others
         text += ",\"" + std::to_string(i) + R"(": {"min": 0, "max": 1})";
-    EXPECT_EQ(demo::parsePreset(text + "}}").limits.size(), 30001U);
+    EXPECT_EQ(texts::parsePreset(text + "}}").limits.size(), 30001U);
 }
 
 TEST(PresetFile, keepsWhatTheProgramDoesNotKnow)
 {
     const std::string old = R"({"name": "Mine", "note": ["a", {"b": 1}],
                                 "limits": {"a": {"min": 0, "max": 1, "why": "c"}, "z": {"min": 5, "max": 6}}})";
-    const std::string text = demo::printPreset("mine", {{"a", {2, 3}}}, old);
+    const std::string text = texts::printPreset("mine", {{"a", {2, 3}}}, old);
     for (const char* kept :
          {R"("name": "Mine")", R"("note")", R"("why": "c")", R"("max": 6)", R"("min": 2.0)"})
         EXPECT_NE(text.find(kept), std::string::npos) << kept << " in " << text;
-    EXPECT_EQ(demo::parsePreset(text).problem, "");
+    EXPECT_EQ(texts::parsePreset(text).problem, "");
 }
 
 TEST(ShownText, isOneLineOfBoundedLength)
 {
-    EXPECT_EQ(demo::visible("a\tb\nc\x7f\xc2\x85 \xc3\xa4"), "a?b?c?? \xc3\xa4");
-    EXPECT_EQ(demo::bounded("abc", 3), "abc");
-    EXPECT_EQ(demo::bounded("abcd", 3), "abc... (4 characters)");
-    EXPECT_EQ(demo::bounded("ab\xc3\xa4", 3), "ab... (4 characters)"); // no half of a character
+    EXPECT_EQ(texts::visible("a\tb\nc\x7f\xc2\x85 \xc3\xa4"), "a?b?c?? \xc3\xa4");
+    EXPECT_EQ(texts::bounded("abc", 3), "abc");
+    EXPECT_EQ(texts::bounded("abcd", 3), "abc... (4 characters)");
+    EXPECT_EQ(texts::bounded("ab\xc3\xa4", 3), "ab... (4 characters)"); // no half of a character
 }
 
 TEST(TaskStat, readsNamesWithBlanksAndParentheses)

@@ -82,7 +82,7 @@ private:
         m_app.add_flag("--skip-bad", m_arguments.skipsBad);
     }
 
-    // One value each time, so that BASE and NEW may follow.
+    /// One value each time, so that BASE and NEW may follow.
     CLI::Option* addRepeated(const std::string& name, std::vector<std::string>& values)
     {
         return m_app.add_option(name, values)->allow_extra_args(false);
@@ -141,7 +141,7 @@ private:
         }
     }
 
-    // In the order of the command line, across both options.
+    /// In the order of the command line, across both options.
     void takeDirections()
     {
         std::size_t lower = 0;

@@ -109,7 +109,7 @@ private:
         return directed(m_judgement.directions.find(row.path), *row.change);
     }
 
-    // A value that turns into a text, or into nothing, has no difference.
+    /// A value that turns into a text, or into nothing, has no difference.
     EMark markOfOthers(const Row& row, const Series& base, const Series& now) const
     {
         if (row.base->kind == row.now->kind && base.texts == now.texts &&
@@ -119,7 +119,7 @@ private:
         return allows(row.path) ? EMark::WithinTolerance : EMark::Changed;
     }
 
-    // Where even the clearest difference couldn't fall below alpha, everything would pass for noise.
+    /// Where even the clearest difference couldn't fall below alpha, everything would pass for noise.
     std::optional<double> probability(const std::vector<double>& base, const std::vector<double>& now)
     {
         if (std::min(base.size(), now.size()) < kLeastForTest ||
@@ -136,7 +136,7 @@ private:
 
     bool allows(const std::string& path) const { return std::isinf(tolerance(path).amount); }
 
-    // As the panel judges: in the precision of the limits.
+    /// As the panel judges: in the precision of the limits.
     std::optional<statistics::Limit> limitLeft(const Row& row) const
     {
         if (!row.now || row.now->kind != EKind::Number)

@@ -1,7 +1,7 @@
 #include "limit_file.h"
 
 #include "native_path.h"
-#include "preset_file.h"
+#include "texts/preset_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,7 +13,7 @@ namespace compare {
 
 namespace {
 
-constexpr std::size_t kLongestFile = std::size_t{1} << 20u; // bytes
+constexpr std::size_t kLongestFile = std::size_t{1} << 20u; ///< bytes
 
 /// Regular files only: nothing is waited for.
 std::string readText(const std::string& file, std::string& text)
@@ -41,7 +41,7 @@ std::string readLimits(const std::string& file,
     std::string problem = readText(file, text);
     if (!problem.empty())
         return problem;
-    const demo::PresetText preset = demo::parsePreset(text);
+    const texts::PresetText preset = texts::parsePreset(text);
     // By key, so that of two patterns that fit one path the same counts each time.
     const std::map<std::string, statistics::Limit> sorted(preset.limits.begin(), preset.limits.end());
     for (const auto& [key, limit] : sorted) {

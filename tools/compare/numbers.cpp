@@ -9,7 +9,7 @@ namespace compare {
 namespace {
 
 constexpr int kShortDigits = 12;
-constexpr double kLongestPercent = 1e7; // from here on with an exponent
+constexpr double kLongestPercent = 1e7; ///< from here on with an exponent
 
 template<typename... Format>
 std::string print(double number, Format... format)

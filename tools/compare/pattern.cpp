@@ -20,7 +20,7 @@ std::size_t fitting(std::string_view pattern, std::size_t at, char character)
 
 } // namespace
 
-// Goes back to the last "*" only: what an earlier one took can stay as it is.
+/// Goes back to the last "*" only: what an earlier one took can stay as it is.
 bool matches(std::string_view pattern, std::string_view path)
 {
     std::size_t inPattern = 0;

@@ -23,7 +23,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kMask = 4095; // the clock is looked at once in so many values
+    static constexpr std::size_t kMask = 4095; ///< the clock is looked at once in so many values
 
     void look();
 

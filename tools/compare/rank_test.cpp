@@ -14,8 +14,9 @@ namespace {
 
 struct Ranking {
     double doubledU = 0;
-    double tieCorrection = 0;        // the sum of t^3 - t over all groups of t equals
-    std::vector<std::uint32_t> ties; // their sizes in ascending order of the numbers, groups of one included
+    double tieCorrection = 0; ///< the sum of t^3 - t over all groups of t equals
+    /// Their sizes in ascending order of the numbers, groups of one included.
+    std::vector<std::uint32_t> ties;
 };
 
 /// How many numbers from `from` on equal the one there.

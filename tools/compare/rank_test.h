@@ -23,7 +23,7 @@ public:
     static double leastProbability(std::size_t first, std::size_t second);
 
 private:
-    // What was counted out: size of the first group, doubled U, sizes of the groups of ties.
+    /// What was counted out: size of the first group, doubled U, sizes of the groups of ties.
     std::map<std::vector<std::uint32_t>, double> m_known;
 };
 

@@ -55,7 +55,7 @@ ordered_json rowOf(const Row& row)
     return entry;
 }
 
-// Paths and texts are bytes of the host: what isn't UTF-8 becomes U+FFFD.
+/// Paths and texts are bytes of the host: what isn't UTF-8 becomes U+FFFD.
 std::string textOf(const ordered_json& value)
 {
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
@@ -63,7 +63,7 @@ std::string textOf(const ordered_json& value)
 
 } // namespace
 
-// Row by row, so that the whole document never stands in memory.
+/// Row by row, so that the whole document never stands in memory.
 void printJson(std::ostream& out, const Comparison& comparison, double alpha)
 {
     ordered_json counts = ordered_json::object();

@@ -7,9 +7,9 @@ namespace compare {
 
 namespace {
 
-constexpr std::size_t kGap = 2;          // columns of blanks between cells
-constexpr std::size_t kLeastPath = 12;   // a path is never cut shorter, even if lines then leave the terminal
-constexpr std::size_t kLongestText = 32; // of a value that is a text
+constexpr std::size_t kGap = 2;        ///< columns of blanks between cells
+constexpr std::size_t kLeastPath = 12; ///< a path is never cut shorter, even if lines then leave the terminal
+constexpr std::size_t kLongestText = 32; ///< of a value that is a text
 constexpr const char* kEllipsis = "…";
 constexpr const char* kPlain = "\033[0m";
 

@@ -27,8 +27,8 @@ private:
     std::size_t search(std::string_view path);
 
     std::unordered_map<std::string, std::size_t> m_numbers;
-    std::vector<const std::string*> m_texts;        // the keys of m_numbers, which stay where they are
-    std::vector<std::size_t> m_followers = {kNone}; // by place: at the start of a file, behind path 0, ...
+    std::vector<const std::string*> m_texts;        ///< the keys of m_numbers, which stay where they are
+    std::vector<std::size_t> m_followers = {kNone}; ///< by place: at the start of a file, behind path 0, ...
     std::size_t m_place = 0;
     std::string m_buffer;
 };
@@ -71,7 +71,7 @@ public:
     Series* find(std::size_t path);
 
 private:
-    std::vector<Series> m_series; // by number of the path
+    std::vector<Series> m_series; ///< by number of the path
     std::size_t m_snapshots = 0;
 };
 

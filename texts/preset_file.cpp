@@ -10,7 +10,7 @@
 #include <limits>
 #include <optional>
 
-namespace demo {
+namespace texts {
 
 using nlohmann::json;
 using statistics::Limit;
@@ -18,7 +18,8 @@ using statistics::LimitMap;
 
 namespace {
 
-constexpr int kDeepest = 16; // levels; to copy or print a document of many thousand would overflow the stack
+/// Levels: to copy or print a document of many thousand would overflow the stack.
+constexpr int kDeepest = 16;
 
 /// The double that prints as the float does: 0.1, not 0.10000000149011612.
 double asWritten(float number)
@@ -149,4 +150,4 @@ std::string printPreset(const std::string& name, const LimitMap& limits, const s
     return document.dump(4, ' ', false, json::error_handler_t::replace) + "\n";
 }
 
-} // namespace demo
+} // namespace texts

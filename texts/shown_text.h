@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// Texts of strangers as they may stand on a screen: a process calls itself and its arguments as it likes.
-namespace demo {
+namespace texts {
 
 /// With a "?" for each control character: no line break, no tab, one line of a terminal or spreadsheet.
 std::string visible(std::string_view text);
@@ -14,4 +14,4 @@ std::string visible(std::string_view text);
 /// 16,000 characters and more in one go.
 std::string bounded(std::string_view text, std::size_t most);
 
-} // namespace demo
+} // namespace texts

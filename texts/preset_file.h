@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace demo {
+namespace texts {
 
 /// Limits as a JSON text: {"name": ..., "limits": {KEY: {"min": ..., "max": ...}, ...}}. Texts come from
 /// users' editors and from other programs: anything may stand in them.
@@ -21,4 +21,4 @@ PresetText parsePreset(const std::string& text);
 std::string printPreset(const std::string& name, const statistics::LimitMap& limits,
                         const std::string& old = {});
 
-} // namespace demo
+} // namespace texts

@@ -1,6 +1,6 @@
 #include "shown_text.h"
 
-namespace demo {
+namespace texts {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::string bounded(std::string_view text, std::size_t most)
     return std::string(text.substr(0, end)) + "... (" + std::to_string(text.size()) + " characters)";
 }
 
-} // namespace demo
+} // namespace texts
