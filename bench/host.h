@@ -42,7 +42,6 @@ void addGroupedCounters(Library& library, std::size_t count, const std::vector<f
 /// Opens every tree node of the host's items, as if the user had clicked each.
 void openAllNodes();
 
-/// Moves through a window of the hand-written panels.
-constexpr float kLineHeight = 17.0f; ///< of the default font with its spacing, pixels
+constexpr float kLineHeight = 17.0f; ///< pixels: the default font and its spacing
 
 } // namespace bench

@@ -112,7 +112,7 @@ STATISTICS_DUE("update, all due, default print", "", "%.3f", false);
 STATISTICS_DUE("update, all due, %.2f", "%.2f", "%.2f", false);
 STATISTICS_DUE("update, all due, limits and %.2f", "%.2f", "%.2f", true);
 
-// Against the same without the past.
+/// Against the same without the past.
 BENCHMARK_CAPTURE(dueOurs, ours, "", false, 240)
     ->Name("update, all due, past of 240 against none/ours")
     ->Arg(100)

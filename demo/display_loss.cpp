@@ -6,7 +6,7 @@ namespace demo {
 
 namespace {
 
-using Display = void; // X11's; its headers would bring macros such as None and Bool
+using Display = void; ///< X11's; its headers would bring macros such as None and Bool
 using GetDisplay = Display*();
 using ErrorHandler = int(Display*);
 using SetErrorHandler = ErrorHandler*(ErrorHandler*);
@@ -21,7 +21,7 @@ Function* find(void* library, const char* name)
 
 } // namespace
 
-// Looked up while it runs: a GLFW for Wayland knows no X11, and X11 before 1.7 no such handler.
+/// Looked up while it runs: a GLFW for Wayland knows no X11, and X11 before 1.7 no such handler.
 void watchForDisplayLoss(bool& lost)
 {
     void* const x11 = dlopen("libX11.so.6", RTLD_LAZY | RTLD_NOLOAD);

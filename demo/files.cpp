@@ -29,7 +29,7 @@ public:
     int number() const { return m_number; }
 
 private:
-    int m_number; // negative for none
+    int m_number; ///< negative for none
 };
 
 /// Up to one block more than `most` bytes; false after an error, which `errno` tells.

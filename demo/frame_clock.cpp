@@ -10,7 +10,7 @@ namespace demo {
 
 namespace {
 
-constexpr double kMemory = 0.5; // seconds until a mean has forgotten most of what was before
+constexpr double kMemory = 0.5; ///< seconds until a mean has forgotten most of what was before
 
 statistics::CounterValue milliseconds(std::optional<double> seconds)
 {
@@ -31,9 +31,9 @@ double clockSeconds()
 
 const char* stageName(EStage stage)
 {
-    static constexpr std::array<const char*, kStageCount> names = {
+    static constexpr std::array<const char*, kStageCount> kNames = {
         "Events", "Simulation", "Probes", "Sampling", "Panel", "Rendering", "Presenting", "Pacing"};
-    return names[static_cast<std::size_t>(stage)];
+    return kNames[static_cast<std::size_t>(stage)];
 }
 
 FrameClock::StageTimer::StageTimer(FrameClock& clock, EStage stage)

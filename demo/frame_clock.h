@@ -29,7 +29,7 @@ public:
     private:
         FrameClock& m_clock;
         EStage m_stage;
-        double m_start; // seconds
+        double m_start; ///< seconds
     };
 
     /// Ends a frame and begins the next. The result is how long the ended one took, in seconds; 0 at the
@@ -47,17 +47,17 @@ public:
 
 private:
     struct Stage {
-        double current = 0;         // seconds in this frame so far
-        std::optional<double> mean; // seconds
+        double current = 0;         ///< seconds in this frame so far
+        std::optional<double> mean; ///< seconds
     };
 
     void trackLongest(double frame, double now);
 
     std::array<Stage, kStageCount> m_stages;
     unsigned m_frames = 0;
-    double m_total = 0; // seconds of all frames, as all times below
+    double m_total = 0; ///< seconds of all frames, as all times below
     std::optional<double> m_frameStart;
-    double m_secondStart = 0; // since when `m_longestSoFar` counts
+    double m_secondStart = 0; ///< since when `m_longestSoFar` counts
     double m_longestSoFar = 0;
     std::optional<double> m_longest;
     std::optional<double> m_last;

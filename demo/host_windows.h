@@ -30,11 +30,11 @@ private:
     void drawDetails();
 
     App& m_app;
-    ImVec2 m_display{}; // its size when last drawn
+    ImVec2 m_display{}; ///< its size when last drawn
     bool m_displayChanged = false;
-    bool m_displayResized = false; // changed while the windows stood on it
+    bool m_displayResized = false; ///< changed while the windows stood on it
     WindowPlaces m_places{};
-    std::list<std::string> m_warnings; // as last collected
+    std::list<std::string> m_warnings; ///< as last collected
     Period m_warningPeriod{0.25f};
 };
 

@@ -46,7 +46,7 @@ public:
               "Table", [this] { return m_rows.size(); }, kNeverAgain, parent))
     {
     }
-    LiveTable(const LiveTable&) = delete; // the library's functors hold the address
+    LiveTable(const LiveTable&) = delete; ///< the library's functors hold the address
     LiveTable& operator=(const LiveTable&) = delete;
 
     void addColumn(const std::string& caption, float widthFraction, Cell cell, const std::string& format = {})
@@ -84,9 +84,9 @@ private:
     struct Reading {
         explicit Reading(Read function) : read(std::move(function)) {}
 
-        Read read; // the reader's alone
+        Read read; ///< the reader's alone
         std::mutex mutex;
-        std::optional<Rows> rows; // guarded by `mutex`
+        std::optional<Rows> rows; ///< guarded by `mutex`
     };
 
     /// The library refreshes the table when it is told to: when there are new rows.
@@ -156,9 +156,9 @@ private:
     Arrange m_arrange;
     Rows m_rows;
     bool m_stale = false;
-    bool m_asked = false; // a reading is on its way
+    bool m_asked = false; ///< a reading is on its way
     unsigned m_parent;
-    unsigned m_id; // after the members that the table's functors reach
+    unsigned m_id; ///< after the members that the table's functors reach
 };
 
 } // namespace demo

@@ -39,7 +39,7 @@ std::string MachineProbe::textOf(const char* file) const
     return readText(m_folder + "/" + file).value_or("");
 }
 
-// "some avg10=1.25 avg60=..." gives 1.25.
+/// "some avg10=1.25 avg60=..." gives 1.25.
 CounterValue MachineProbe::readPressure(const char* file) const
 {
     constexpr std::string_view kKey = "avg10=";
@@ -95,7 +95,7 @@ void MachineProbe::readMemory()
     m_reading.swapUsedMiB = swapTotal && swapFree ? toValue(*swapTotal - *swapFree) : CounterValue();
 }
 
-// The line tells user, nice, system, idle, iowait, irq, softirq, steal, and then what user holds already.
+/// The line tells user, nice, system, idle, iowait, irq, softirq, steal, and then what user holds already.
 std::optional<MachineProbe::Ticks> MachineProbe::parseTicks(const std::string& stat, const std::string& key)
 {
     constexpr std::size_t kIdle = 3, kWaiting = 4, kDistinct = 8;

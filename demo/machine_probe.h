@@ -37,13 +37,14 @@ public:
     const MachineReading& reading() const { return m_reading; }
 
 private:
-    struct Ticks { // of the kernel's clock, since the machine started
+    /// Of the kernel's clock, since the machine started.
+    struct Ticks {
         double busy;
         double all;
     };
 
     struct Processor {
-        std::string key; // of its line in /proc/stat
+        std::string key; ///< of its line in /proc/stat
         std::optional<Ticks> last;
     };
 

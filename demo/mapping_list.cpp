@@ -22,7 +22,7 @@ std::size_t endOfEntry(const std::string& text, std::size_t start)
     return end == std::string::npos ? text.size() : end + 1;
 }
 
-// "55f276b26000-55f276b2c000 r-xp 00002000 fe:00 247498 /usr/bin/head", then lines of a name and a value.
+/// "55f276b26000-55f276b2c000 r-xp 00002000 fe:00 247498 /usr/bin/head", then lines of a name and a value.
 bool parseRow(std::string_view entry, MappingRow& row)
 {
     constexpr std::size_t kAccess = 1, kPath = 5;

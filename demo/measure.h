@@ -25,7 +25,7 @@ public:
 
 private:
     float m_seconds;
-    float m_timer = FLT_MAX; // the first time is always due
+    float m_timer = FLT_MAX; ///< the first time is always due
 };
 
 /// A measurement times `factor` as a `Decimal`; one that couldn't be made is `Empty`.
@@ -61,7 +61,7 @@ public:
 
 private:
     std::optional<double> m_total;
-    double m_when = 0; // seconds
+    double m_when = 0; ///< seconds
 };
 
 /// Seconds of a clock that never steps back.

@@ -50,48 +50,71 @@ std::string isNotEmpty(const std::string& text)
     return text.empty() ? "it is empty" : "";
 }
 
-void describe(CLI::App& parser, Options& options)
+CLI::Option* addTime(CLI::App& parser, const char* name, std::optional<double>& target, const char* about)
 {
-    parser.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-    const auto time = [&](const char* name, std::optional<double>& target, const char* text) {
-        return parser.add_option(name, target, text)->type_name("SECONDS")->check(isTime);
-    };
-    const auto text = [&](const char* name, std::string& target, const char* type, const char* about) {
-        parser.add_option(name, target, about)->type_name(type)->check(isNotEmpty);
-    };
+    return parser.add_option(name, target, about)->type_name("SECONDS")->check(isTime);
+}
+
+void addText(CLI::App& parser, const char* name, std::string& target, const char* type, const char* about)
+{
+    parser.add_option(name, target, about)->type_name(type)->check(isNotEmpty);
+}
+
+/// What the program does instead of showing a window.
+void describeErrands(CLI::App& parser, Options& options)
+{
     CLI::Option* const list =
         parser.add_flag("--list", options.list, "Print the path of every counter on the panel and quit");
     CLI::Option* const check =
-        time("--check", options.check,
-             "Run without a window for so long, print what is outside its limits or has no value");
+        addTime(parser, "--check", options.check,
+                "Run without a window for so long, print what is outside its limits or has no value");
     check->excludes(list);
-    time("--record", options.record,
-         "Run without a window, take a snapshot at the start and each time these are over")
+    addTime(parser, "--record", options.record,
+            "Run without a window, take a snapshot at the start and each time these are over")
         ->check(isPeriod)
         ->excludes(list)
         ->excludes(check);
-    parser.add_option("--particles", options.particles, "Move so many")
-        ->type_name("N")
-        ->check(CLI::Range(Particles::kMinCount, Particles::kMaxCount));
-    text("--preset", options.preset, "NAME",
-         "Limits to start with: Battery, Desktop, Stress or one of your own; Desktop if not given");
-    text("--config", options.configFolder, "DIR", "Keep presets there, not in ~/.config/statistics-demo");
-    text("--state", options.stateFolder, "DIR",
-         "Keep snapshots, comparisons and the windows' layout there, not in ~/.local/state/statistics-demo");
-    text("--proc", options.procFolder, "DIR",
-         "Read there of the machine and its processes, not in /proc: in a container, where the host's is "
-         "mounted");
-    parser.add_option("--frames", options.frames, "Quit after so many frames")->type_name("N");
-    time("--seconds", options.seconds, "Quit after this time; neither bounds --check");
-    text("--metrics", options.metrics, "[ADDRESS:]PORT",
-         "Offer every counter to Prometheus there; without an address on this machine alone");
+}
+
+void describeFolders(CLI::App& parser, Options& options)
+{
+    addText(parser, "--config", options.configFolder, "DIR",
+            "Keep presets there, not in ~/.config/statistics-demo");
+    addText(
+        parser, "--state", options.stateFolder, "DIR",
+        "Keep snapshots, comparisons and the windows' layout there, not in ~/.local/state/statistics-demo");
+    addText(parser, "--proc", options.procFolder, "DIR",
+            "Read there of the machine and its processes, not in /proc: in a container, where the host's is "
+            "mounted");
+}
+
+void describeMetrics(CLI::App& parser, Options& options)
+{
+    addText(parser, "--metrics", options.metrics, "[ADDRESS:]PORT",
+            "Offer every counter to Prometheus there; without an address on this machine alone");
     parser.add_option("--label", options.labels, "Put a label on all metrics; may be given several times")
         ->type_name("NAME=VALUE")
         ->check(isLabel)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->expected(1);
-    text("--screen", options.screenFile, "FILE",
-         "Keep a list of the texts on the screen and their places there, for scripts that click");
+}
+
+/// In the order in which "--help" tells them.
+void describe(CLI::App& parser, Options& options)
+{
+    parser.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    describeErrands(parser, options);
+    parser.add_option("--particles", options.particles, "Move so many")
+        ->type_name("N")
+        ->check(CLI::Range(Particles::kMinCount, Particles::kMaxCount));
+    addText(parser, "--preset", options.preset, "NAME",
+            "Limits to start with: Battery, Desktop, Stress or one of your own; Desktop if not given");
+    describeFolders(parser, options);
+    parser.add_option("--frames", options.frames, "Quit after so many frames")->type_name("N");
+    addTime(parser, "--seconds", options.seconds, "Quit after this time; neither bounds --check");
+    describeMetrics(parser, options);
+    addText(parser, "--screen", options.screenFile, "FILE",
+            "Keep a list of the texts on the screen and their places there, for scripts that click");
 }
 
 } // namespace

@@ -9,10 +9,10 @@ namespace {
 
 constexpr int kFirstCount = 8000;
 constexpr double kPi = 3.14159265358979;
-constexpr float kCentreMass = 0.35f; // a particle at radius 1 circles in about ten seconds
-constexpr float kSoftening = 0.004f; // squared length; keeps close encounters from exploding
+constexpr float kCentreMass = 0.35f; ///< a particle at radius 1 circles in about ten seconds
+constexpr float kSoftening = 0.004f; ///< squared length; keeps close encounters from exploding
 constexpr float kLongestStep = 0.05f;
-constexpr float kFarthest = 2.2f; // what flies farther starts anew near the centre
+constexpr float kFarthest = 2.2f; ///< what flies farther starts anew near the centre
 
 unsigned workerCount()
 {
@@ -53,7 +53,7 @@ void Particles::setSteps(int steps)
     m_steps = std::clamp(steps, 1, kMaxSteps);
 }
 
-// After hours a float would stand still between two steps.
+/// After hours a float would stand still between two steps.
 Particles::Bodies Particles::bodiesAt(double time)
 {
     const auto circling = [time](double radius, float mass, double phase) {

@@ -62,7 +62,7 @@ private:
     int m_steps = 12;
     bool m_paused = false;
     double m_time = 0;
-    double m_done = 0; // particle steps so far
+    double m_done = 0; ///< particle steps so far
     Rate m_doneRate;
     statistics::CounterValue m_speed;
 };

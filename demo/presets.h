@@ -34,13 +34,13 @@ public:
 private:
     struct Entry {
         std::string name;
-        std::string file;         // name in the folder
-        std::string problem = {}; // why the file wasn't taken, when it was last read; empty for nothing
+        std::string file;         ///< name in the folder
+        std::string problem = {}; ///< why the file wasn't taken, when it was last read; empty for nothing
     };
 
     void createOne(Entry entry, statistics::LimitMap limits);
     void createSaved();
-    bool hasFile(const std::string& file) const; // on the panel
+    bool hasFile(const std::string& file) const; ///< on the panel
 
     std::string load(Entry& entry, statistics::LimitMap& limits) const;
     std::string reload(std::size_t index, statistics::LimitMap& limits);
@@ -50,7 +50,7 @@ private:
 
     std::filesystem::path m_folder;
     std::string m_folderProblem;
-    std::vector<Entry> m_entries; // by the library's index
+    std::vector<Entry> m_entries; ///< by the library's index
     std::string m_saveAsName = "My limits";
 };
 

@@ -27,7 +27,7 @@ public:
 private:
     void serve();
 
-    std::mutex m_mutex; // guards the next three
+    std::mutex m_mutex; ///< guards the next three
     std::condition_variable m_changed;
     std::deque<Job> m_jobs;
     bool m_stop = false;

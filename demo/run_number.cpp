@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kRun = "run-";
-constexpr std::uint64_t kHighest = 999'999'999'999; // a folder above it isn't one of ours
+constexpr std::uint64_t kHighest = 999'999'999'999; ///< a folder above it isn't one of ours
 
 std::uint64_t toRunNumber(std::string_view digits)
 {

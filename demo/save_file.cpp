@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view kMark = ".new"; // then process, "-" and a number, all after the file's own name
+constexpr std::string_view kMark = ".new"; ///< then process, "-" and a number, all after the file's own name
 constexpr std::string_view kDigits = "0123456789";
 
 std::string lastError(const fs::path& path)

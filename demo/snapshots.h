@@ -23,7 +23,7 @@ private:
     void saveDiff();
 
     std::filesystem::path m_state;
-    std::filesystem::path m_root; // of the snapshots
+    std::filesystem::path m_root; ///< of the snapshots
     std::filesystem::path m_comparisons;
     Notices& m_notices;
 };

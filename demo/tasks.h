@@ -55,7 +55,7 @@ public:
 
 private:
     std::map<TaskKey, Rate> m_before, m_now;
-    double m_when = 0; // seconds
+    double m_when = 0; ///< seconds
 };
 
 } // namespace demo

@@ -13,7 +13,7 @@ using Row = ThreadRow;
 
 namespace {
 
-constexpr float kPeriod = 1.0f; // seconds
+constexpr float kPeriod = 1.0f; ///< seconds
 constexpr std::size_t kTimeColumn = 3;
 
 } // namespace

@@ -9,8 +9,8 @@ using statistics::CounterValue;
 namespace {
 
 constexpr float kEveryFrame = 0;
-constexpr float kReadable = 0.25f; // seconds: as often as a person can follow digits
-constexpr float kSlow = 5;         // seconds
+constexpr float kReadable = 0.25f; ///< seconds: as often as a person can follow digits
+constexpr float kSlow = 5;         ///< seconds
 
 /// A group of values that a probe keeps in one place.
 struct Group {

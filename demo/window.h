@@ -34,7 +34,7 @@ private:
 
     GLFWwindow* m_window = nullptr;
     bool m_displayLost = false;
-    const std::function<void(int)>* m_onKey = nullptr; // while events are polled
+    const std::function<void(int)>* m_onKey = nullptr; ///< while events are polled
 };
 
 } // namespace demo

@@ -6,8 +6,8 @@ namespace demo {
 
 namespace {
 
-constexpr float kMargin = 12;      // pixels between windows, as all here
-constexpr float kPanelWidth = 944; // a table at the third level of the tree, and a scrollbar
+constexpr float kMargin = 12;      ///< pixels between windows, as all here
+constexpr float kPanelWidth = 944; ///< a table at the third level of the tree, and a scrollbar
 constexpr float kLeastColumn = 320;
 constexpr float kSettingsHeight = 270;
 constexpr float kWarningsHeight = 200;

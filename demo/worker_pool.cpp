@@ -15,7 +15,7 @@ WorkerPool::WorkerPool(unsigned workers)
     }
 }
 
-// Threads read the list of workers only in a round, and the first comes after the last is started.
+/// Threads read the list of workers only in a round, and the first comes after the last is started.
 bool WorkerPool::startWorker()
 {
     const std::size_t part = m_workers.size() + 1; // part 0 is the caller's

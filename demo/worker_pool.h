@@ -41,7 +41,7 @@ public:
 
 private:
     struct Worker {
-        std::atomic<std::uint64_t> busyNanoseconds{0}; // written by the worker
+        std::atomic<std::uint64_t> busyNanoseconds{0}; ///< written by the worker
         Rate busyRate;
         statistics::CounterValue busyPercent;
         std::thread thread;
@@ -53,13 +53,13 @@ private:
 
     std::vector<std::unique_ptr<Worker>> m_workers;
 
-    std::mutex m_mutex; // guards all below; `m_work` and `m_count` rest while parts are being run
+    std::mutex m_mutex; ///< guards all below; `m_work` and `m_count` rest while parts are being run
     std::condition_variable m_started;
     std::condition_variable m_finished;
     const Work* m_work = nullptr;
     std::size_t m_count = 0;
-    std::uint64_t m_round = 0; // counts the loops; a worker serves each once
-    std::size_t m_busy = 0;    // workers that haven't finished the round
+    std::uint64_t m_round = 0; ///< counts the loops; a worker serves each once
+    std::size_t m_busy = 0;    ///< workers that haven't finished the round
     bool m_stop = false;
 };
 

@@ -35,7 +35,7 @@ public:
     Host(Script& steps, Script& answers) : m_steps(steps), m_answers(answers)
     {
         System::initialize();
-        ui.setScene([] { System::instance()->draw(); });
+        m_ui.setScene([] { System::instance()->draw(); });
     }
     ~Host() { System::shutdown(); }
     Host(const Host&) = delete;
@@ -51,7 +51,7 @@ public:
             case 1:
                 return System::instance()->update(m_steps.number(), true);
             case 2:
-                return ui.frame();
+                return m_ui.frame();
             default:
                 return m_user.act();
             }
@@ -179,7 +179,7 @@ private:
         require(system.history(id).samples.size() <= system.options().history);
     }
 
-    // Compilers differ in the order in which they read arguments: what is read here has names.
+    /// Compilers differ in the order in which they read arguments: what is read here has names.
     void create(unsigned parent, Script& script)
     {
         System& system = *System::instance();
@@ -269,7 +269,7 @@ private:
 
     Script& m_steps;
     Script& m_answers;
-    offscreen::Host ui;
+    offscreen::Host m_ui;
     fuzz::User m_user{m_steps, ui};
     std::size_t m_rows = 0; ///< of the table that was asked last
     int m_depth = 0;

@@ -7,12 +7,12 @@
 
 namespace offscreen {
 
-using OpenScopes = std::map<std::string, int>; // how many are open of each kind
+using OpenScopes = std::map<std::string, int>; ///< how many are open of each kind
 
 OpenScopes openScopes();
 std::string describeImbalance(OpenScopes before, const OpenScopes& after);
 
-// Closes whatever is open, so that the frame can end.
+/// Closes whatever is open, so that the frame can end.
 void closeOpenScopes();
 
 } // namespace offscreen

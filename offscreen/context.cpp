@@ -9,7 +9,7 @@ void prepareFonts(ImGuiIO& io)
     io.BackendFlags |= ImGuiBackendFlags_RendererHasTextures;
 }
 
-// Stands for a renderer that has done what ImGui wants with its textures.
+/// Stands for a renderer that has done what ImGui wants with its textures.
 void settleTextures(bool keep)
 {
     for (ImTextureData* texture : ImGui::GetPlatformIO().Textures) {

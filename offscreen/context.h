@@ -6,8 +6,8 @@
 
 namespace offscreen {
 
-// Current from its construction on; the context that was current before comes back at its end. Several may
-// live at a time if they end in reverse order.
+/// Current from its construction on; the context that was current before comes back at its end. Several may
+/// live at a time if they end in reverse order.
 class Context {
 public:
     explicit Context(ImVec2 displaySize);
@@ -16,7 +16,7 @@ public:
     Context& operator=(const Context&) = delete;
 
     void makeCurrent() { ImGui::SetCurrentContext(m_context); }
-    ImGuiIO& io(); // makes this context the current one
+    ImGuiIO& io(); ///< makes this context the current one
     void beginFrame(float seconds = kFrameTime);
     void endFrame();
 
@@ -28,7 +28,7 @@ public:
         endFrame();
     }
 
-    static constexpr float kFrameTime = 1.0f / 60; // seconds
+    static constexpr float kFrameTime = 1.0f / 60; ///< seconds
 
 private:
     ImGuiContext* m_previous;

@@ -13,15 +13,15 @@
 namespace offscreen {
 namespace {
 
-// ImGui draws each shape (a glyph, a rectangle, a stroke) as triangles over vertices of its own, so shapes
-// come apart where triangles stop sharing vertices. Around an antialiased shape runs a fringe of transparent
-// vertices, half a pixel outside of the true edge, as the opaque ones are half a pixel inside.
+/// ImGui draws each shape (a glyph, a rectangle, a stroke) as triangles over vertices of its own, so shapes
+/// come apart where triangles stop sharing vertices. Around an antialiased shape runs a fringe of transparent
+/// vertices, half a pixel outside of the true edge, as the opaque ones are half a pixel inside.
 struct Shape {
     ImRect opaque{FLT_MAX, FLT_MAX, -FLT_MAX, -FLT_MAX};
     ImRect all = opaque;
     ImRect uv = opaque;
     ImU32 color = 0;
-    float area = 0; // of the opaque triangles, in square pixels
+    float area = 0; ///< of the opaque triangles, in square pixels
 };
 
 void addTriangle(Shape& shape, const ImDrawVert& a, const ImDrawVert& b, const ImDrawVert& c)
@@ -78,7 +78,7 @@ float heightOf(const GlyphSource& source)
 }
 #endif
 
-// Reads one draw list after the other into the frame.
+/// Reads one draw list after the other into the frame.
 class Reader {
 public:
     Reader(Frame& frame, const ImDrawData& data)
@@ -99,7 +99,7 @@ public:
     }
 
 private:
-    // A text never runs on into the next command: columns differ by their clip rectangle.
+    /// A text never runs on into the next command: columns differ by their clip rectangle.
     void read(const ImDrawList& list, const ImDrawCmd& command)
     {
         m_clip = ImRect(command.ClipRect);
@@ -112,8 +112,8 @@ private:
                 readSolid(shape);
     }
 
-    // The atlas keeps its glyphs apart, so the middle of a quad tells the glyph, even where ImGui cut the
-    // quad.
+    /// The atlas keeps its glyphs apart, so the middle of a quad tells the glyph, even where ImGui cut the
+    /// quad.
     const ImFontGlyph* glyphAt(ImVec2 uv) const
     {
         const auto found =
@@ -123,7 +123,7 @@ private:
         return found == m_glyphs.Glyphs.end() ? nullptr : found;
     }
 
-    // The quad may show a part of the glyph: the place of the whole follows from its texture coordinates.
+    /// The quad may show a part of the glyph: the place of the whole follows from its texture coordinates.
     void readGlyph(const Shape& quad, const ImFontGlyph& glyph)
     {
         const ImVec2 pixels = quad.all.GetSize() / quad.uv.GetSize();
@@ -151,7 +151,7 @@ private:
         run.max.x = pen.x + glyph.AdvanceX * scale;
     }
 
-    // The spaces between the open run and the pen, or nothing if the pen stands somewhere else.
+    /// The spaces between the open run and the pen, or nothing if the pen stands somewhere else.
     std::optional<int> spacesUpTo(ImVec2 pen, float scale, ImU32 color) const
     {
         constexpr float kRounding = 0.6f; // pixels
@@ -175,7 +175,7 @@ private:
             (isRect ? m_frame.rects : m_frame.marks).push_back({seen.Min, seen.Max, shape.color});
     }
 
-    // Texts that overlap by more than half of their height share a line: frames shift theirs by some pixels.
+    /// Texts that overlap by more than half of their height share a line: frames shift theirs by some pixels.
     void sortIntoLines(std::vector<Text>::iterator begin)
     {
         const auto end = m_frame.texts.end();
@@ -198,7 +198,7 @@ private:
     ImRect m_display;
     ImRect m_clip;
     std::string m_window;
-    bool m_runIsOpen = false; // may the next glyph continue the last text?
+    bool m_runIsOpen = false; ///< may the next glyph continue the last text?
     std::size_t m_lines = 0;
 };
 

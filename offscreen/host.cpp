@@ -15,7 +15,7 @@
 namespace offscreen {
 namespace {
 
-// ImGui shows a popup in the second frame after it was opened and knows one frame late what is hovered.
+/// ImGui shows a popup in the second frame after it was opened and knows one frame late what is hovered.
 constexpr int kSettleFrames = 2;
 
 #if IMGUI_VERSION_NUM >= 18700
@@ -155,7 +155,7 @@ void Host::click(ImVec2 point, EButton button)
     release(button);
 }
 
-// In one long frame the last click gets too old to be the first half of a double click.
+/// In one long frame the last click gets too old to be the first half of a double click.
 void Host::pause()
 {
     m_nextFrameTime = 2 * io().MouseDoubleClickTime;
@@ -196,7 +196,7 @@ void Host::clickClose(std::string_view windowName)
     click(ImVec2(frame.max.x - padding.x - half, frame.min.y + padding.y + half));
 }
 
-// A box is as wide as high and stands left of its caption at the distance of the style.
+/// A box is as wide as high and stands left of its caption at the distance of the style.
 Rect Host::box(std::string_view caption, std::size_t nth)
 {
     const Text& label = text(caption, nth);

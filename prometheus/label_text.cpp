@@ -13,7 +13,7 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 struct Lead {
     unsigned char first;
     unsigned char last;
-    std::size_t length;
+    unsigned char length;
     unsigned char low;
     unsigned char high;
 };

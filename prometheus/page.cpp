@@ -94,14 +94,14 @@ void PageWriter::writeNumbers(std::string& page, const CounterCopy& copy) const
 
 void PageWriter::writeTexts(std::string& page, const CounterCopy& copy) const
 {
-    constexpr const char* family = "statistics_text_info";
-    appendHead(page, family, "1, with the text that the counter at this path shows.");
+    constexpr const char* kFamily = "statistics_text_info";
+    appendHead(page, kFamily, "1, with the text that the counter at this path shows.");
     for (const Sample& sample : copy.samples) {
         if (!sample.isText || !isOffered(sample))
             continue;
         std::string labels = m_labelTexts[sample.name] + ',';
         appendLabel(labels, "text", repaired(copy.texts[sample.text]));
-        appendSample(page, family, labels, Number(1));
+        appendSample(page, kFamily, labels, Number(1));
     }
 }
 

@@ -22,13 +22,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kLoopback = "127.0.0.1";
-constexpr std::chrono::seconds kPageTime{10}; // servers give up a scrape after ten by default
-constexpr std::size_t kChunk = 65536;         // bytes, sent between two looks at the clock
+constexpr std::chrono::seconds kPageTime{10}; ///< servers give up a scrape after ten by default
+constexpr std::size_t kChunk = 65536;         ///< bytes, sent between two looks at the clock
 
-// A hundred clients that send nothing hold the threads for six seconds: a scrape behind them still arrives.
+/// A hundred clients that send nothing hold the threads for six seconds: a scrape behind them still arrives.
 constexpr const char* kThreads = "16";
-constexpr const char* kRequestTime = "1000"; // milliseconds, also for a client that takes no more bytes
-constexpr const char* kRequestSize = "8192"; // bytes
+constexpr const char* kRequestTime = "1000"; ///< milliseconds, also for a client that takes no more bytes
+constexpr const char* kRequestSize = "8192"; ///< bytes
 
 struct Address {
     std::string host;
@@ -102,7 +102,7 @@ PageServer::PageServer(const std::string& address, std::string path, std::functi
     : m_path(std::move(path)), m_page(std::move(page)), m_process(getpid())
 {
     if (m_path.empty() || m_path[0] != '/')
-        throw std::invalid_argument("\"" + m_path + "\" is no path: it doesn't begin with \"/\"");
+        throw std::invalid_argument("\"" + m_path + R"(" is no path: it doesn't begin with "/")");
     listen(address);
 }
 

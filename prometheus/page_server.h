@@ -27,7 +27,7 @@ public:
     unsigned port() const;
 
 private:
-    void listen(const std::string& address);
+    void listen(const std::string& text);
     void knockWhileStopping(const std::atomic<bool>& stopped) const;
     void answer(mg_connection* connection) const;
     void sendPage(mg_connection* connection, bool withBody) const;

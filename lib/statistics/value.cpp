@@ -34,12 +34,12 @@ template<typename Integer>
 Integer truncated(float value)
 {
     // The upper end rounds up to a power of two as a float, so everything below it fits.
-    constexpr auto upper = static_cast<float>(std::numeric_limits<Integer>::max());
+    constexpr auto kUpper = static_cast<float>(std::numeric_limits<Integer>::max());
     if (std::isnan(value))
         return 0;
-    if (value >= upper)
+    if (value >= kUpper)
         return std::numeric_limits<Integer>::max();
-    if (value <= -upper)
+    if (value <= -kUpper)
         return std::numeric_limits<Integer>::min();
     return static_cast<Integer>(value);
 }

@@ -18,9 +18,9 @@ constexpr float kBarBackgroundAlpha = 0.25f;
 
 constexpr float kWarningWeight = 0.8f; ///< from here to 1 the bar turns from amber to red
 
-const ImVec4 low{0.35f, 0.65f, 0.0f, 1.0f};
-const ImVec4 mid{0.96f, 0.65f, 0.14f, 1.0f};
-const ImVec4& high = widgets::outsideColor;
+const ImVec4 kLow{0.35f, 0.65f, 0.0f, 1.0f};
+const ImVec4 kMid{0.96f, 0.65f, 0.14f, 1.0f};
+const ImVec4& kHigh = widgets::outsideColor;
 
 ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
 {
@@ -28,15 +28,15 @@ ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
             a.w * (1.0f - t) + b.w * t};
 }
 
-/// Weights below zero go on beyond `low`.
+/// Weights below zero go on beyond `kLow`.
 ImVec4 barColor(float weight)
 {
     if (weight >= 1.0f)
-        return high;
+        return kHigh;
     if (weight >= kWarningWeight)
-        return mix(mid, high, (weight - kWarningWeight) * 5.0000005f);
+        return mix(kMid, kHigh, (weight - kWarningWeight) * 5.0000005f);
     const float t = weight * 1.25f;
-    return std::isfinite(t) ? mix(low, mid, t) : low;
+    return std::isfinite(t) ? mix(kLow, kMid, t) : kLow;
 }
 
 /// Calls `watch` behind the bar.
@@ -57,7 +57,7 @@ void drawLimit(const std::string& limit, bool crossed)
 {
     if (!crossed)
         return widgets::text(limit);
-    const widgets::ColorScope color(ImGuiCol_Text, high);
+    const widgets::ColorScope color(ImGuiCol_Text, kHigh);
     widgets::text(limit);
 }
 
