@@ -270,7 +270,7 @@ private:
     Script& m_steps;
     Script& m_answers;
     offscreen::Host m_ui;
-    fuzz::User m_user{m_steps, ui};
+    fuzz::User m_user{m_steps, m_ui};
     std::size_t m_rows = 0; ///< of the table that was asked last
     int m_depth = 0;
     int m_calls = 0;
