@@ -77,7 +77,9 @@ TEST(StackTracker, scopesAreLeftOnEveryWayOutHoweverDeep)
     const auto enter = [](auto& self, int levels) -> void {
         const Orv::StackScope scope("level", __FILE__, __LINE__);
         EXPECT_STREQ(Orv::StackTracker::current(), "level");
-        levels > 0 ? self(self, levels - 1) : throw std::runtime_error("up");
+        if (levels == 0)
+            throw std::runtime_error("up");
+        self(self, levels - 1);
     };
     const Orv::StackScope outermost("outermost", __FILE__, __LINE__);
     EXPECT_THROW(enter(enter, 100), std::runtime_error);

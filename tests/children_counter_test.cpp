@@ -95,7 +95,11 @@ TEST_F(ChildrenCounter, hasLimitsOfItsOwnOrOfThePreset)
     system().choosePreset(0);
     const unsigned own = system().createChildrenCounter("Own", 0, 0, 2, 8, "%d MB", "<%d>");
     int calls = 0;
-    add("Leaf", Counter([&] { return ++calls, 5; }), own, 1000);
+    const auto count = [&] {
+        ++calls;
+        return 5;
+    };
+    add("Leaf", Counter(count), own, 1000);
     leaf("Leaf", 5, system().createChildrenCounter("Preset's", 0, 0, "key", "%d MB", "<%g>"));
     EXPECT_EQ(line("Own"), "Own | <2> | 5 MB | <8>");
     EXPECT_EQ(calls, 1 + 2); // by itself, and for the text and the bar of the sum

@@ -32,7 +32,11 @@ protected:
         const unsigned item = TestAccess::render().createCheckbox(name, std::move(onChange));
         return TestAccess::tree().addChild(item, parent);
     }
-    static void remove(const char* path) { system().removeItem(getItemIndex(path)); }
+    static void remove(std::initializer_list<const char*> paths)
+    {
+        for (const char* path : paths)
+            system().removeItem(getItemIndex(path));
+    }
     Names samplesOf(float dt)
     {
         sampled.clear();
@@ -78,15 +82,18 @@ TEST_F(Functors, mayRemoveAndCreateItemsWhileTheyAreSampled)
     for (int i = 0; i < 300; ++i)
         many.push_back(std::to_string(i));
     const Case cases[] = {
-        {[] { remove("group/actor"); },
+        {[] { remove({"group/actor"}); },
          {"first", "before", "actor", "behind", "last"},
          {"first", "before", "behind", "last"}},
-        {[] { remove("group"); }, {"first", "before", "actor", "last"}, {"first", "last"}},
-        {[] { remove("group/before"), remove("group/behind"); },
+        {[] { remove({"group"}); }, {"first", "before", "actor", "last"}, {"first", "last"}},
+        {[] { remove({"group/before", "group/behind"}); },
          {"first", "before", "actor", "last"},
          {"first", "actor", "last"}},
-        {[] { remove("group"), remove("first"), remove("last"); }, {"first", "before", "actor"}, {}},
-        {[this] { remove("group/actor"), add("heir", getItemIndex("group")); }, // in the actor's slot
+        {[] { remove({"group", "first", "last"}); }, {"first", "before", "actor"}, {}},
+        {[this] {
+             remove({"group/actor"});
+             add("heir", getItemIndex("group")); // in the actor's slot
+         },
          {"first", "before", "actor", "behind", "last"},
          {"first", "before", "heir", "behind", "last"}},
         {[this] {
@@ -118,8 +125,7 @@ TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
         });
     };
     add("actor", 0, [&, kept = guard("actor")] {
-        remove("actor");
-        remove("other");
+        remove({"actor", "other"});
         EXPECT_EQ(destroyed, Names{});
     });
     add("other", 0, [kept = guard("other")] {});
@@ -127,15 +133,18 @@ TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
     EXPECT_EQ(destroyed, (Names{"actor", "other"}));
     EXPECT_NE(getItemIndex("in memory of other"), INVALID_ID);
     add("third", 0, [kept = guard("third")] {});
-    remove("third");
+    remove({"third"});
     EXPECT_EQ(destroyed.size(), 3u); // outside functors nothing is deferred
 }
 
 TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)
 {
     bool broken = true;
-    add(
-        "actor", 0, [&] { broken ? throw std::runtime_error("broken") : void(); }, 1);
+    const auto act = [&] {
+        if (broken)
+            throw std::runtime_error("broken");
+    };
+    add("actor", 0, act, 1);
     add(
         "behind", 0, [] {}, 1);
     EXPECT_THROW(sample(), std::runtime_error);

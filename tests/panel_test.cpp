@@ -114,10 +114,12 @@ TEST_F(PanelTest, itemsOfOneNameOpenOneByOne)
     ui.click("Presets", 1);
     ui.click("Diff", 0);
     EXPECT_EQ(textsWith("mine"), (Lines{"mine 1", "mine 2"}));
-    EXPECT_FALSE(ui.read().contains("preset") || ui.read().contains("Snapshots"));
+    for (const char* inside : {"preset", "Snapshots"})
+        EXPECT_FALSE(ui.read().contains(inside)) << inside;
     ui.click("Presets", 0);
     ui.click("Diff", 1);
-    EXPECT_TRUE(ui.read().contains("preset") && ui.read().contains("Snapshots"));
+    for (const char* inside : {"preset", "Snapshots"})
+        EXPECT_TRUE(ui.read().contains(inside)) << inside;
 }
 
 TEST_F(PanelTest, collapsesAndCloses)

@@ -185,11 +185,15 @@ TEST_F(Presets, runNothingOfARowThatTheFunctorsBeforeHaveReplaced)
 {
     int ran = 0;
     int asked = 0; // in this frame: first for the box, then for "Save"
-    const auto save = [&](LimitMap&, Params&) { return ++ran, std::string("saved"); };
+    const auto save = [&](LimitMap&, Params&) { return std::to_string(++ran); };
     const std::function<void()> replacements[] = {
-        [] { system().clearPresets(), system().createPreset("Bare", {}); },
+        [] {
+            system().clearPresets();
+            system().createPreset("Bare", {});
+        },
         [&] {
-            system().clearPresets(), addPreset("Other", 1, {"other", {}, save, {}});
+            system().clearPresets();
+            addPreset("Other", 1, {"other", {}, save, {}});
         },
         [] { system().getPreset(0).params->saveFunctor = nullptr; },
         [] { system().getPreset(0).params = nullptr; },

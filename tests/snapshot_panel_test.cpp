@@ -97,7 +97,8 @@ TEST_F(SnapshotPanel, tickedSnapshotsStandSideBySideUntilTheyAreUntickedOrCleare
     EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv", "1 | x | 2.5", "2 | same | 7"}));
     click({"Take snapshot", "bench"});
     EXPECT_EQ(compared().size(), 3u);
-    EXPECT_TRUE(ui.ticked("two.csv") && !ui.ticked(snapshots()[2].name));
+    EXPECT_TRUE(ui.ticked("two.csv"));
+    EXPECT_FALSE(ui.ticked(snapshots()[2].name));
     ui.clickBox("one.csv");
     EXPECT_EQ(compared(), (Lines{"N | Caption | two.csv | one.csv", "1 | x | 2.5 | 1", "2 | same | 7 | 7"}));
     ui.clickBox("two.csv");
@@ -219,7 +220,8 @@ TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
     const std::string nul("a\0b", 3);
     const std::string root = dir("root");
 #ifdef _WIN32
-    EXPECT_FALSE(statistics::isFolderName(".. ") || statistics::isFolderName("..."));
+    for (const char* dropped : {".. ", "..."})
+        EXPECT_FALSE(statistics::isFolderName(dropped)) << dropped;
 #endif
     for (const std::string& folder : Lines{"", ".", "..", "a/b", "a/", "/", "/a", "../a", nul, "bench"}) {
         const bool isFolder = folder == "bench";
@@ -250,10 +252,12 @@ TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
         EXPECT_EQ(ui.imbalance(), "");
         ui.frame();
         EXPECT_EQ(compared().size(), 3u);
-        EXPECT_TRUE(snapshots().size() == 2 && !dir.has("root/bench"));
+        EXPECT_EQ(snapshots().size(), 2u);
+        EXPECT_FALSE(dir.has("root/bench"));
         hook = [&] {
             const statistics::DiffTable& held = system().getDiffTable();
-            EXPECT_TRUE(system().removeStatsAnalyzer() && create("other"));
+            EXPECT_TRUE(system().removeStatsAnalyzer());
+            EXPECT_TRUE(create("other"));
             EXPECT_EQ(held.m_rows.size(), 2u);
         };
         ui.click(button);
@@ -349,12 +353,15 @@ TEST_F(SnapshotPanel, aFolderThatCannotBeDeletedKeepsEverythingInThePanel)
     dir.protect(last, 0555);
     expectFailure("remove_all", [&] { ui.click("Clear tree"); });
     EXPECT_EQ(ui.imbalance(), "");
-    EXPECT_TRUE(!dir.has(first) && !fs::is_empty(dir(last)));
+    EXPECT_FALSE(dir.has(first));
+    EXPECT_FALSE(fs::is_empty(dir(last)));
     ui.frame();
     EXPECT_EQ(ui.read().lines(), before);
     dir.protect(last, 0777);
     ui.click("Clear tree");
-    EXPECT_TRUE(fs::is_empty(dir("root")) && snapshots().empty() && compared().empty());
+    EXPECT_TRUE(fs::is_empty(dir("root")));
+    EXPECT_EQ(snapshots().size(), 0u);
+    EXPECT_EQ(compared(), Lines{});
 }
 
 #endif

@@ -56,12 +56,14 @@ TEST_F(SnapshotStore, aNewSnapshotIsNamedAfterFolderAndLocalTimeAndHoldsTheBytes
     const statistics::CounterValue text = std::string("1\n2");
     store.saveSnapshot({{"count", 4294967295u}, {"rate", 0.12345f}, {"a\tb", text}, {"", std::string()}});
     const StatisticsAnalyzer::Snapshot& taken = store.snapshots[0];
-    EXPECT_TRUE(before <= taken.name && taken.name <= nameNow()) << taken.name;
+    EXPECT_LE(before, taken.name);
+    EXPECT_LE(taken.name, nameNow());
     EXPECT_EQ(dir.read("root/100% of it/" + taken.name),
               kHead + "count\t4294967295\nrate\t0.123\na\tb\t1\n2\n\t\n");
     const StatisticsAnalyzer next(dir("root"), "next");
     EXPECT_EQ(records(next), records(store));
-    EXPECT_TRUE(taken.values[0].second.isUInt() && next.snapshots[0].values[0].second.isDecimal());
+    EXPECT_TRUE(taken.values[0].second.isUInt());
+    EXPECT_TRUE(next.snapshots[0].values[0].second.isDecimal());
 }
 
 TEST(SnapshotStamp, followsTheTimeZoneAndFallsBackToSeconds)
@@ -191,10 +193,11 @@ TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
 
     store.clearSnapshots();
     fs::remove(dir("root/top.txt"));
-    EXPECT_TRUE(fs::remove_all(dir("root/late")) == 2 && fs::is_empty(dir("root"))); // nothing else was left
-    EXPECT_TRUE(dir.has("outside/o.csv") && dir.has("beside/b.csv"));
-    EXPECT_TRUE(store.snapshots.empty() && store.diffTable.m_columns.empty() &&
-                store.diffTable.m_rows.empty());
+    EXPECT_EQ(fs::remove_all(dir("root/late")), 2u);
+    EXPECT_TRUE(fs::is_empty(dir("root"))); // nothing else was left
+    for (const char* kept : {"outside/o.csv", "beside/b.csv"})
+        EXPECT_TRUE(dir.has(kept)) << kept;
+    EXPECT_EQ(store.snapshots.size() + store.diffTable.m_columns.size() + store.diffTable.m_rows.size(), 0u);
     dir.write("root/bench/late.csv", kHead);
     store.clearSnapshots(); // nothing known, nothing deleted
     EXPECT_TRUE(dir.has("root/bench/late.csv"));

@@ -22,7 +22,10 @@ using TableModel = test::TablePanel;
 
 TEST_F(TableModel, rowsMoveOnlyWhenSortedAnewOrWhenTheirNumberChanges)
 {
-    const auto order = [&] { return table.getSortedCell(0, 0), table.m_order; };
+    const auto order = [&] {
+        table.getSortedCell(0, 0);
+        return table.m_order;
+    };
     EXPECT_EQ(order(), (Indices{2, 0, 1}));
     rows[0].name = "zeta";
     EXPECT_EQ(order(), (Indices{2, 0, 1}));
@@ -113,7 +116,8 @@ TEST_F(TableModel, aColumnOutOfRangeIsReportedByTheSortAndTheSumAndHasNoCells)
     table.sort(2, false);
     EXPECT_TRUE(table.sumColumn(2).isEmpty());
     EXPECT_EQ(reports.take(), Lines(2, "column < m_header.size()"));
-    EXPECT_TRUE(table.m_sortColumn == 0 && table.m_sortAscending);
+    EXPECT_EQ(table.m_sortColumn, 0u);
+    EXPECT_TRUE(table.m_sortAscending);
     EXPECT_EQ(table.getSortedCell(2, 0) + table.getSortedCell(0, 3) + table.getCell(NO_INDEX, 0), "");
     rows.clear();
     EXPECT_TRUE(table.sumColumn(1).isEmpty());

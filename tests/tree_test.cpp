@@ -28,7 +28,11 @@ struct Forest {
     {
         return tree.findChild(parent, name, render);
     }
-    void remove(unsigned id) { tree.removeItem(id, render); }
+    void remove(const Ids& ids)
+    {
+        for (const unsigned id : ids)
+            tree.removeItem(id, render);
+    }
     template<typename Act>
     Names walk(const Act& act)
     {
@@ -66,8 +70,8 @@ TEST(Tree, removalGivesIdsBackLastFirstAndKeepsTheOrderOfSiblings)
         forest.add(name);
     forest.add("b1", 2); // 4
     forest.add("b2", 2); // 5
-    forest.remove(2);
-    forest.remove(2);
+    forest.remove({2});
+    forest.remove({2});
     EXPECT_EQ(forest.names(), (Names{"A", "C"}));
     for (const unsigned id : {2u, 5u, 4u})
         EXPECT_EQ(forest.add(std::to_string(id)), id);
@@ -79,11 +83,11 @@ TEST(Tree, takesAStaleIdSilentlyButNotAsAParent)
 {
     Forest forest;
     forest.add("A");
-    forest.remove(forest.add("gone"));
+    forest.remove({forest.add("gone")});
     test::Reports reports;
     for (const unsigned stale : {INVALID_ID, 2u, 100u}) {
         EXPECT_EQ(forest.find("A", stale), INVALID_ID);
-        forest.remove(stale);
+        forest.remove({stale});
         forest.tree.updateNode(stale, forest.render);
         EXPECT_EQ(reports.texts().size(), 0u);
         EXPECT_EQ(forest.add("x", stale), INVALID_ID);
@@ -119,7 +123,7 @@ TEST(Tree, clearedChildrenAreOutOfReachButKeepTheirIds)
     EXPECT_EQ(forest.tree.item(2), 0x10001u);
     EXPECT_EQ(forest.add("a1", 1), 3u);
     EXPECT_EQ(forest.find("a1", 1), 3u);
-    forest.remove(2);
+    forest.remove({2});
     EXPECT_EQ(forest.names(), (Names{"A", "a1"}));
     forest.tree.m_nodes.clear();
     test::Reports reports;
@@ -137,7 +141,7 @@ TEST(Tree, findsEachOfThousandsOfSiblingsWhateverCameAndWent)
             EXPECT_EQ(forest.find(name), INVALID_ID);
             expected[name] = forest.add(name);
             if (i % 2 == round % 2) {
-                forest.remove(expected.begin()->second);
+                forest.remove({expected.begin()->second});
                 EXPECT_EQ(forest.find(expected.begin()->first), INVALID_ID);
                 expected.erase(expected.begin());
             }
@@ -152,10 +156,10 @@ TEST(Tree, findsTheFirstOfNamesakesAlsoWhenAnIdWasUsedBefore)
     forest.add("x");
     forest.add("x");
     EXPECT_EQ(forest.find("x"), 1u);
-    forest.remove(1);
+    forest.remove({1});
     EXPECT_EQ(forest.add("x"), 1u); // behind 2 now
     EXPECT_EQ(forest.find("x"), 2u);
-    forest.remove(2);
+    forest.remove({2});
     EXPECT_EQ(forest.find("x"), 1u);
 }
 
@@ -168,25 +172,36 @@ TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
     };
     const Case cases[] = {
         {[](Forest&) {}, {"A", "a1", "a2", "x", "a3", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A2); }, {"A", "a1", "a2", "a3", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A1); }, {"A", "a1", "a2", "x", "a3", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A1), f.remove(A2); }, {"A", "a1", "a2", "a3", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A3), f.remove(C); }, {"A", "a1", "a2", "x", "B", "b1"}},
-        {[](Forest& f) { f.remove(A); }, {"A", "a1", "a2", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A), f.remove(B), f.remove(C); }, {"A", "a1", "a2"}},
+        {[](Forest& f) { f.remove({A2}); }, {"A", "a1", "a2", "a3", "B", "b1", "C"}},
+        {[](Forest& f) { f.remove({A1}); }, {"A", "a1", "a2", "x", "a3", "B", "b1", "C"}},
+        {[](Forest& f) { f.remove({A1, A2}); }, {"A", "a1", "a2", "a3", "B", "b1", "C"}},
+        {[](Forest& f) { f.remove({A3, C}); }, {"A", "a1", "a2", "x", "B", "b1"}},
+        {[](Forest& f) { f.remove({A}); }, {"A", "a1", "a2", "B", "b1", "C"}},
+        {[](Forest& f) { f.remove({A, B, C}); }, {"A", "a1", "a2"}},
         {[](Forest& f) { f.tree.clearChildren(A); }, {"A", "a1", "a2", "B", "b1", "C"}},
-        {[](Forest& f) { f.tree.clearChildren(0), f.add("n", A), f.add("o"); }, {"A", "a1", "a2", "o"}},
+        {[](Forest& f) {
+             f.tree.clearChildren(0);
+             f.add("n", A);
+             f.add("o");
+         },
+         {"A", "a1", "a2", "o"}},
         // A new node gets the id that the visitor's own, or its parent's, had.
-        {[](Forest& f) { f.remove(A2), f.add("n1", f.add("n", A)); },
+        {[](Forest& f) {
+             f.remove({A2});
+             f.add("n1", f.add("n", A));
+         },
          {"A", "a1", "a2", "a3", "n", "n1", "B", "b1", "C"}},
-        {[](Forest& f) { f.remove(A), f.add("n1", f.add("n")); },
+        {[](Forest& f) {
+             f.remove({A});
+             f.add("n1", f.add("n"));
+         },
          {"A", "a1", "a2", "B", "b1", "C", "n", "n1"}},
         {[](Forest& f) {
              for (const unsigned parent : {A1, A2, A, C})
                  f.add("new", parent);
              for (int i = 0; i < 300; ++i) // moves all nodes
                  f.add("x1", X);
-             f.remove(X);
+             f.remove({X});
          },
          {"A", "a1", "a2", "new", "a3", "new", "B", "b1", "C", "new"}}};
     for (const Case& expected : cases) {
@@ -220,14 +235,14 @@ TEST(Tree, losesThousandsOfSiblingsInAnyOrder)
             const unsigned gone = left[at];
             left.erase(left.begin() + static_cast<std::ptrdiff_t>(at));
             if (left.size() % 97 != 0) {
-                forest.remove(gone);
+                forest.remove({gone});
                 continue;
             }
             // While a walk stands somewhere among them: the others still have their turn, once.
             std::size_t turns = 0;
             const auto visited = forest.walk([&](const std::string&) {
                 if (turns++ == left.size() / 2)
-                    forest.remove(gone);
+                    forest.remove({gone});
             });
             ASSERT_GE(visited.size(), left.size());
             Ids listed;
@@ -255,7 +270,7 @@ TEST(Tree, isWalkedSummedAndRemovedAtAnyDepth)
     std::size_t count = 0;
     forest.tree.forEachNode([&](unsigned) { ++count; });
     EXPECT_EQ(count, kDepth + 2);
-    forest.remove(1);
+    forest.remove({1});
     EXPECT_EQ(forest.names(), Names{});
     EXPECT_EQ(forest.tree.nextId(), 1u);
 }

@@ -69,7 +69,9 @@ TEST_F(CollectWarnings, goesOnWhenAGetterChangesTheTreeAndLetsExceptionsThrough)
         system().removeItem(system().getItemIndex("First"));
         system().removeItem(system().getItemIndex("Last"));
         outside("New");
-        return fails ? throw std::runtime_error("gone") : 20;
+        if (fails)
+            throw std::runtime_error("gone");
+        return 20;
     };
     outside("First");
     add("Changes", limited(0, 10, change));

@@ -25,14 +25,20 @@ protected:
     unsigned addTable(const std::string& name, HostRows& from, unsigned parent = 0)
     {
         using statistics::CounterValue;
-        const unsigned node =
-            statistics::table(name, 0, parent, [this, &from] { return ++counts, from.size(); });
+        const auto count = [this, &from] {
+            ++counts;
+            return from.size();
+        };
+        const auto read = [this, &from](std::size_t row) -> const HostRow& {
+            ++reads;
+            return from.at(row);
+        };
+        const unsigned node = statistics::table(name, 0, parent, count);
         statistics::Table& added = *system().getTable(node);
         added.addColumn(
-            "Name", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).name); }, 0.4f);
+            "Name", [read](auto row) { return CounterValue(read(row).name); }, 0.4f);
         added.addColumn(
-            "Size", [this, &from](auto row) { return ++reads, CounterValue(from.at(row).size); }, 0.3f,
-            "%d B");
+            "Size", [read](auto row) { return CounterValue(read(row).size); }, 0.3f, "%d B");
         return node;
     }
 
