@@ -32,10 +32,10 @@ protected:
         const unsigned item = TestAccess::render().createCheckbox(name, std::move(onChange));
         return TestAccess::tree().addChild(item, parent);
     }
-    static void remove(std::initializer_list<const char*> paths)
+    static void remove(const Names& paths)
     {
-        for (const char* path : paths)
-            system().removeItem(getItemIndex(path));
+        for (const std::string& path : paths)
+            system().removeItem(system().getItemIndex(path));
     }
     Names samplesOf(float dt)
     {
@@ -75,37 +75,42 @@ TEST_F(Functors, mayNotStartStopUpdateOrDraw)
 TEST_F(Functors, mayRemoveAndCreateItemsWhileTheyAreSampled)
 {
     struct Case {
+        Names removed; // by "actor", which then acts
         std::function<void()> act;
         Names during, after;
+    };
+    const auto nothing = [] {};
+    const auto addHeir = [this] { add("heir", getItemIndex("group")); };
+    const auto addMany = [this] {
+        for (int i = 0; i < 300; ++i) // moves all counters
+            add(std::to_string(i), getItemIndex("group"));
     };
     Names many = {"first", "before", "actor", "behind", "last"};
     for (int i = 0; i < 300; ++i)
         many.push_back(std::to_string(i));
-    const Case cases[] = {
-        {[] { remove({"group/actor"}); },
-         {"first", "before", "actor", "behind", "last"},
-         {"first", "before", "behind", "last"}},
-        {[] { remove({"group"}); }, {"first", "before", "actor", "last"}, {"first", "last"}},
-        {[] { remove({"group/before", "group/behind"}); },
-         {"first", "before", "actor", "last"},
-         {"first", "actor", "last"}},
-        {[] { remove({"group", "first", "last"}); }, {"first", "before", "actor"}, {}},
-        {[this] {
-             remove({"group/actor"});
-             add("heir", getItemIndex("group")); // in the actor's slot
-         },
-         {"first", "before", "actor", "behind", "last"},
-         {"first", "before", "heir", "behind", "last"}},
-        {[this] {
-             for (int i = 0; i < 300; ++i) // moves all counters
-                 add(std::to_string(i), getItemIndex("group"));
-         },
-         many, many}};
+    const Case cases[] = {{{"group/actor"},
+                           nothing,
+                           {"first", "before", "actor", "behind", "last"},
+                           {"first", "before", "behind", "last"}},
+                          {{"group"}, nothing, {"first", "before", "actor", "last"}, {"first", "last"}},
+                          {{"group/before", "group/behind"},
+                           nothing,
+                           {"first", "before", "actor", "last"},
+                           {"first", "actor", "last"}},
+                          {{"group", "first", "last"}, nothing, {"first", "before", "actor"}, {}},
+                          {{"group/actor"}, // its slot is the heir's
+                           addHeir,
+                           {"first", "before", "actor", "behind", "last"},
+                           {"first", "before", "heir", "behind", "last"}},
+                          {{}, addMany, many, many}};
     for (const Case& expected : cases) {
         add("first");
         const unsigned group = label("group");
         add("before", group);
-        add("actor", group, expected.act);
+        add("actor", group, [&] {
+            remove(expected.removed);
+            expected.act();
+        });
         add("behind", group);
         add("last");
         EXPECT_EQ(samplesOf(0), expected.during) << "case " << &expected - cases;
