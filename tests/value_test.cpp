@@ -10,6 +10,10 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
 #include <tuple>
 #include <type_traits>
 
@@ -55,6 +59,26 @@ TEST(Value, printsByItsKindOrAsTheFormatAsks)
     for (const auto& [value, prints] : cases)
         for (const auto& [format, printed] : prints)
             EXPECT_EQ(value.toString(format), printed) << (format ? format : "null");
+}
+
+TEST(Value, printsDecimalsToTheDigitAsPrintfDoes)
+{
+    std::vector<float> values = {0.0625f,    0.1875f,    -0.0f,       1e-45f,      9.9996f,
+                                 -999.9995f, 8388607.5f, 16777215.0f, 16777216.0f, -INFINITY};
+    std::mt19937 random(1);
+    for (int count = 0; count < 20000; ++count) {
+        const auto bits = static_cast<std::uint32_t>(random());
+        float value = 0;
+        std::memcpy(&value, &bits, sizeof(value));
+        if (!std::isnan(value))
+            values.push_back(value);
+    }
+    for (const float value : values)
+        for (const char* format : {"%.0f", "%.3f", "%.9f"}) {
+            char printed[64];
+            std::snprintf(printed, sizeof(printed), format, static_cast<double>(value));
+            ASSERT_EQ(Value(value).toString(format), printed);
+        }
 }
 
 TEST(Value, theDefaultPrintHasAPointInEveryLocale)

@@ -1,6 +1,7 @@
 #include <statistics/value.h>
 
 #include "assertion.h"
+#include "decimal.h"
 #include "format.h"
 
 #include <charconv>
@@ -52,15 +53,6 @@ void printDigits(std::string& text, Number value)
     text.assign(digits, end.ptr);
 }
 
-/// With a point, whatever the locale.
-void printDecimal(std::string& text, double value, int decimals)
-{
-    char digits[64]; // the largest float has 39 digits before the point
-    const auto end =
-        std::to_chars(digits, digits + sizeof(digits), value, std::chars_format::fixed, decimals);
-    text.assign(digits, end.ptr);
-}
-
 bool localeHasPoint()
 {
 #ifdef RADIXCHAR
@@ -72,7 +64,7 @@ bool localeHasPoint()
 
 /// "%.2f" and its like, perhaps with a unit behind: what hosts use most, at a fraction of printf's cost.
 /// False for any other format, and where printf wouldn't write a point.
-bool printShortDecimal(std::string& text, const char* format, double value)
+bool printShortDecimal(std::string& text, const char* format, float value)
 {
     if (format[0] != '%' || format[1] != '.' || format[2] < '0' || format[2] > '9' || format[3] != 'f')
         return false;
@@ -190,7 +182,7 @@ void CounterValue::print(std::string& text, const char* format) const
 void CounterValue::printDefault(std::string& text) const
 {
     if (isDecimal())
-        printDecimal(text, toDouble(), kDefaultDecimals);
+        printDecimal(text, m_number.asFloat, kDefaultDecimals);
     else if (isInt())
         printDigits(text, m_number.asInt);
     else
@@ -199,7 +191,7 @@ void CounterValue::printDefault(std::string& text) const
 
 bool CounterValue::printFormatted(std::string& text, const char* format) const
 {
-    if (isDecimal() && printShortDecimal(text, format, toDouble()))
+    if (isDecimal() && printShortDecimal(text, format, m_number.asFloat))
         return true;
     const Orv::FormatArgument argument = Orv::numberArgument(format);
     switch (argument.kind) {
