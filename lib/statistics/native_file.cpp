@@ -114,15 +114,18 @@ NativeFile::~NativeFile()
     close(ignored);
 }
 
-bool NativeFile::isRegular() const
+std::optional<std::size_t> NativeFile::regularSize() const
 {
 #ifdef _WIN32
     struct _stat64 status {};
-    return _fstat64(m_handle, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
+    const bool isRegular = _fstat64(m_handle, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
 #else
     struct stat status {};
-    return fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode);
+    const bool isRegular = fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode);
 #endif
+    if (!isRegular)
+        return std::nullopt;
+    return static_cast<std::size_t>(status.st_size);
 }
 
 std::size_t NativeFile::read(char* buffer, std::size_t size, std::error_code& error) const

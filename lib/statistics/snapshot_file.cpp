@@ -1,18 +1,15 @@
-// Reading, and what failed in it in words. Numbers have a point whatever the host's locale.
+// Reading, and what failed in it in words.
 
 #include "snapshot_file.h"
 
+#include "decimal.h"
 #include "native_file.h"
 #include "native_path.h"
 
 #include <algorithm>
-#include <clocale>
-#include <cstdlib>
+#include <memory>
+#include <optional>
 #include <utility>
-
-#if defined(__APPLE__) || defined(__FreeBSD__)
-#include <xlocale.h>
-#endif
 
 namespace statistics {
 
@@ -23,7 +20,8 @@ constexpr std::size_t kChunk = std::size_t{1} << 16u; ///< bytes read at once
 /// Gives the lines of a file one by one, and holds no more of it than a line and a chunk.
 class LineReader {
 public:
-    explicit LineReader(const NativeFile& file) : m_file(file) {}
+    /// `size` is the file's, 0 where it isn't known.
+    LineReader(const NativeFile& file, std::size_t size) : m_file(file), m_size(size) {}
 
     /// Goes on to the next line. False at the end of the file, on an error, and at a line that is too long.
     bool next();
@@ -32,14 +30,23 @@ public:
     bool ended() const { return m_ended; }           ///< the line has a line end
     bool tooLong() const { return m_tooLong; }
     const std::error_code& error() const { return m_error; }
+    /// Line ends that have been read but not yet given out.
+    std::size_t countAhead() const
+    {
+        return static_cast<std::size_t>(std::count(rest().begin(), rest().end(), '\n'));
+    }
 
 private:
-    std::string_view rest() const { return {m_buffer.data() + m_begin, m_end - m_begin}; }
+    std::string_view rest() const { return {m_buffer.get() + m_begin, m_end - m_begin}; }
     bool take(std::size_t length, bool ended);
     bool fill();
+    void makeRoom(std::size_t room);
 
     const NativeFile& m_file;
-    std::string m_buffer;
+    const std::size_t m_size;
+    std::size_t m_read = 0; ///< bytes of the file so far
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_capacity = 0;
     std::size_t m_begin = 0; ///< bytes from here to `m_end` are yet to be given out
     std::size_t m_end = 0;
     std::string_view m_line;
@@ -75,48 +82,52 @@ bool LineReader::take(std::size_t length, bool ended)
     return !m_tooLong && !m_error;
 }
 
-/// Reads on behind the bytes that are left. False if there is no more.
+/// Reads on behind the bytes that are left. False if there is no more. What is written behind the file's size
+/// meanwhile isn't looked for.
 bool LineReader::fill()
 {
-    std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_begin),
-              m_buffer.begin() + static_cast<std::ptrdiff_t>(m_end), m_buffer.begin());
-    m_end -= std::exchange(m_begin, 0);
-    if (m_buffer.size() < m_end + kChunk)
-        m_buffer.resize(m_end + kChunk);
-    const std::size_t count = m_file.read(m_buffer.data() + m_end, kChunk, m_error);
+    const bool knowsSize = m_size > 0;
+    if (knowsSize && m_read >= m_size)
+        return false;
+    const std::size_t most = knowsSize ? std::min(kChunk, m_size - m_read) : kChunk;
+    makeRoom(most);
+    const std::size_t count = m_file.read(m_buffer.get() + m_end, most, m_error);
     m_end += count;
+    m_read += count;
     return count > 0;
 }
 
-/// `strtof` with the point of the "C" locale. Text that doesn't begin with a number gives zero.
-float parseFloat(const char* text)
+/// Moves what is left to the start of the buffer.
+void LineReader::makeRoom(std::size_t room)
 {
-#if defined(_MSC_VER)
-    static const _locale_t locale = _create_locale(LC_ALL, "C");
-    return _strtof_l(text, nullptr, locale);
-#elif defined(_WIN32)
-    // mingw-w64 has no strtof_l, and its _strtod_l knows neither infinities nor hexadecimal numbers.
-    std::string number = text;
-    const char point = *std::localeconv()->decimal_point;
-    if (point != '.') {
-        number.resize(std::min(number.find(point), number.size()));
-        std::replace(number.begin(), number.end(), '.', point);
+    const std::string_view left = rest();
+    if (m_capacity < left.size() + room) {
+        m_capacity = left.size() + room;
+        std::unique_ptr<char[]> larger(new char[m_capacity]);
+        std::copy(left.begin(), left.end(), larger.get());
+        m_buffer = std::move(larger);
+    } else {
+        std::copy(left.begin(), left.end(), m_buffer.get());
     }
-    char* end = nullptr;
-    const float value = std::strtof(number.c_str(), &end);
-    return end == number.c_str() ? 0.0f : value; // "---" gives it a negative zero
-#else
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return strtof_l(text, nullptr, locale);
-#endif
+    m_begin = 0;
+    m_end = left.size();
+}
+
+bool isWhiteSpace(char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
 /// Without the white space before and behind the first word, whatever the locale.
 std::string_view firstWord(std::string_view text)
 {
-    constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
-    return text.substr(0, text.find_first_of(kWhiteSpace));
+    std::size_t begin = 0;
+    while (begin < text.size() && isWhiteSpace(text[begin]))
+        ++begin;
+    std::size_t end = begin;
+    while (end < text.size() && !isWhiteSpace(text[end]))
+        ++end;
+    return text.substr(begin, end - begin);
 }
 
 /// How it ended where the lines did.
@@ -139,7 +150,8 @@ ESnapshotRead readHead(LineReader& lines, ESnapshotHead head)
     return ESnapshotRead::Whole;
 }
 
-ESnapshotRead visitLines(LineReader& lines, const std::function<bool(const SnapshotLine&)>& visit)
+template<typename Visit>
+ESnapshotRead visitLines(LineReader& lines, const Visit& visit)
 {
     while (lines.next()) {
         const std::string_view line = lines.line();
@@ -152,13 +164,25 @@ ESnapshotRead visitLines(LineReader& lines, const std::function<bool(const Snaps
     return endOf(lines);
 }
 
-SnapshotReading visitFile(const NativeFile& file, ESnapshotHead head,
-                          const std::function<bool(const SnapshotLine&)>& visit)
+/// Calls `begin` with the number of lines that are known to follow the head, then `visit` for each.
+template<typename Begin, typename Visit>
+SnapshotReading visitFile(const std::string& path, ESnapshotHead head, const Begin& begin, const Visit& visit)
 {
-    LineReader lines(file);
+    std::error_code error;
+    const NativeFile file = NativeFile::open(toPath(path), error);
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+        return {ESnapshotRead::Missing, 0, error};
+    if (error)
+        return {ESnapshotRead::Unreadable, 0, error};
+    const std::optional<std::size_t> size = file.regularSize();
+    if (!size)
+        return {ESnapshotRead::NotRegular, 0, {}};
+    LineReader lines(file, *size);
     ESnapshotRead end = readHead(lines, head);
-    if (end == ESnapshotRead::Whole)
+    if (end == ESnapshotRead::Whole) {
+        begin(lines.countAhead());
         end = visitLines(lines, visit);
+    }
     return {end, lines.number(), lines.error()};
 }
 
@@ -167,26 +191,20 @@ SnapshotReading visitFile(const NativeFile& file, ESnapshotHead head,
 SnapshotReading visitSnapshotFile(const std::string& path, ESnapshotHead head,
                                   const std::function<bool(const SnapshotLine&)>& visit)
 {
-    std::error_code error;
-    const NativeFile file = NativeFile::open(toPath(path), error);
-    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
-        return {ESnapshotRead::Missing, 0, error};
-    if (error)
-        return {ESnapshotRead::Unreadable, 0, error};
-    if (!file.isRegular())
-        return {ESnapshotRead::NotRegular, 0, {}};
-    return visitFile(file, head, visit);
+    return visitFile(
+        path, head, [](std::size_t) {}, visit);
 }
 
 SnapshotReading readSnapshotFile(const std::string& path, SnapshotValues& values)
 {
-    std::string word;
-    return visitSnapshotFile(path, ESnapshotHead::Any, [&](const SnapshotLine& line) {
-        word = firstWord(line.value);
+    const auto begin = [&](std::size_t count) { values.reserve(values.size() + count); };
+    const auto visit = [&](const SnapshotLine& line) {
+        const std::string_view word = firstWord(line.value);
         if (!word.empty())
-            values.emplace_back(line.caption, parseFloat(word.c_str()));
+            values.emplace_back(line.caption, parseDecimal(word));
         return !word.empty();
-    });
+    };
+    return visitFile(path, ESnapshotHead::Any, begin, visit);
 }
 
 std::string describe(const SnapshotReading& reading)

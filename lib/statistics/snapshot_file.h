@@ -85,9 +85,12 @@ struct SnapshotWriting {
 /// missing. What stands at that name is replaced whole, or stays as it is: the file is made in `root` and
 /// renamed into place. Nothing is written through a link or into a pipe that stands there. Where the folder
 /// lies on another device, or no file can be made in `root`, the old one is removed and the new one made in
-/// its place. Removes first what a process that was killed has left in `root`.
+/// its place.
 SnapshotWriting writeSnapshotFile(const std::string& root, const std::string& relativePath,
                                   const SnapshotValues& values);
+/// Removes what processes that were killed in a writing have left in `root`. What others are still writing
+/// there stays.
+void removeUnfinishedSnapshots(const std::string& root);
 
 /// In words, as "cut at line 17" or "not all of it could be written: No space left on device".
 std::string describe(const SnapshotReading& reading);

@@ -8,6 +8,7 @@
 #include "native_path.h"
 #include "rollback.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -24,6 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kChunk = std::size_t{1} << 16u; ///< bytes written at once
+constexpr std::size_t kUsualLine = 64;                ///< bytes, a guess for the memory
 constexpr int kAttempts = 3;                          ///< while another process removes what this one makes
 constexpr const char* kUnfinishedPrefix = ".snapshot-";
 constexpr const char* kUnfinishedExtension = ".part";
@@ -50,19 +52,10 @@ bool isUnfinished(const fs::path& path)
            fs::symlink_status(path, ignored).type() == fs::file_type::regular;
 }
 
-/// What processes that were killed have left. Others may be at work here at the same time.
-void removeUnfinished(const fs::path& root)
-{
-    std::error_code ignored;
-    NativeDirectory entries(root, ignored);
-    while (entries.next(ignored))
-        if (isUnfinished(entries.path()))
-            NativeFile::removeUnclaimed(entries.path());
-}
-
 void writeContent(const NativeFile& file, const SnapshotValues& values, std::error_code& error)
 {
     std::string bytes;
+    bytes.reserve(std::min(kChunk, (values.size() + 1) * kUsualLine));
     for (const std::string_view line : kSnapshotHead)
         bytes.append(line) += '\n';
     std::string text;
@@ -144,11 +137,19 @@ SnapshotWriting tryToWrite(const fs::path& root, const fs::path& path, const Sna
     fs::create_directories(path.parent_path(), error);
     if (error)
         return {ESnapshotWrite::NoFolder, error};
-    removeUnfinished(root);
     return makeAndRename(root, path, values);
 }
 
 } // namespace
+
+void removeUnfinishedSnapshots(const std::string& root)
+{
+    std::error_code ignored;
+    NativeDirectory entries(toPath(root), ignored);
+    while (entries.next(ignored))
+        if (isUnfinished(entries.path()))
+            NativeFile::removeUnclaimed(entries.path());
+}
 
 SnapshotWriting writeSnapshotFile(const std::string& root, const std::string& relativePath,
                                   const SnapshotValues& values)

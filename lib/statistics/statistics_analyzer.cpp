@@ -11,6 +11,7 @@
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace statistics {
 
@@ -180,9 +181,12 @@ StatisticsAnalyzer::Snapshot& StatisticsAnalyzer::addRecord(SnapshotValues value
     return snapshots.back();
 }
 
-void StatisticsAnalyzer::writeRecord(Snapshot& snapshot) const
+void StatisticsAnalyzer::writeRecord(Snapshot& snapshot)
 {
     const std::string relativePath = Orv::orv_format("%s/%s", snapshot.folder.c_str(), snapshot.name.c_str());
+    // A list of the whole root for every snapshot would cost as much as the writing of a short one.
+    if (!std::exchange(m_hasTidied, true))
+        removeUnfinishedSnapshots(m_place);
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
     if (writing.step != ESnapshotWrite::Written)
         snapshot.problem = describe(writing);

@@ -41,8 +41,9 @@ public:
     void loadSnapshot(const std::string& name, const std::string& inFolder);
     /// Appends the record of a new snapshot, named after the present time; `writeRecord` is to follow.
     Snapshot& addRecord(SnapshotValues values);
-    /// Writes the file of a record, which learns why if that can't be done.
-    void writeRecord(Snapshot& snapshot) const;
+    /// Writes the file of a record, which learns why if that can't be done. The first writing of a store goes
+    /// with the removal of what killed processes have left in `root`.
+    void writeRecord(Snapshot& snapshot);
     /// Both. What they throw leaves no record.
     void saveSnapshot(SnapshotValues values);
     /// Deletes the folders of all records from disk (`removeTree`), then forgets records and comparison. If a
@@ -70,7 +71,8 @@ public:
     DiffTable diffTable;
 
 private:
-    std::string m_place; ///< the absolute path of `root`
+    std::string m_place;      ///< the absolute path of `root`
+    bool m_hasTidied = false; ///< what killed processes had left is gone
 };
 
 /// The local time in seconds, as in "2024_03_09-14_05_07", by the time zone that the environment tells now.
