@@ -66,6 +66,20 @@ TEST_F(Reading, goesOnWhenGettersAndVisitorsRemoveWhatTheyStandOn)
     EXPECT_EQ(paths, (std::vector<std::string>{"Removes itself", "First"}));
 }
 
+TEST_F(Reading, namesCountersByWhereTheyStandWhenTheirTurnComes)
+{
+    const unsigned before = system().createLabel("Before");
+    add("Replaces its group", Counter([=] {
+            system().removeItem(before);
+            add("Comes", Counter([] { return CounterValue(2); }), system().createLabel("Behind"));
+            return CounterValue(1);
+        }),
+        before);
+    std::vector<std::string> readings;
+    system().forEachCounter([&](const CounterReading& reading) { readings.push_back(describe(reading)); });
+    EXPECT_EQ(readings, (std::vector<std::string>{"Before/Replaces its group = 1", "Behind/Comes = 2"}));
+}
+
 TEST_F(Reading, leavesPathsOutForWhoKeepsThemWhileTheRevisionStays)
 {
     const unsigned group = system().createLabel("Group");

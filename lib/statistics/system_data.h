@@ -2,7 +2,7 @@
 
 #include "filter.h"
 #include "groups.h"
-#include "path.h"
+#include "prefetch.h"
 #include "render.h"
 #include "rollback.h"
 #include "statistics_analyzer.h"
@@ -44,43 +44,44 @@ struct System::Data {
 
     /// False, with a report, inside a functor: what moves the whole `System` on can't be called there.
     static bool isOutsideFunctors();
-    /// Calls `visit(id, counter)` for every counter, in tree order. It may run functors: a counter that is
+    /// Calls `visit(entry)` for every counter, in tree order. It may run functors: a counter that is
     /// removed meanwhile keeps its ground until the walk is over.
     template<typename Visit>
     void forEachCounter(const Visit& visit)
     {
-        tree.forEachNode([&](unsigned id) {
-            if (Counter* counter = render.getCounter(tree.item(id)))
-                visit(id, *counter);
-        });
+        const CallScope call;
+        const std::shared_ptr<const CounterList> list = listCounters();
+        Tree::Walk walk(tree);
+        for (std::size_t index = 0; index < list->entries.size(); ++index) {
+            const CounterList::Entry& entry = list->entries[index];
+            if (index + CounterList::kAhead < list->entries.size())
+                prefetch(list->entries[index + CounterList::kAhead].counter);
+            walk.moveTo(entry.spot);
+            visit(entry);
+            if (tree.revision() != list->revision)
+                return forEachCounterLeft(walk, visit);
+        }
     }
     /// Calls `visit(id, path, counter)` for every counter, in tree order, as above. The path is the walk's:
     /// good until `visit` returns, whatever that removes.
     template<typename Visit>
     void forEachCounterPath(const Visit& visit)
     {
-        std::string path;
-        std::vector<std::size_t> lengths{0}; ///< of the path at each depth, down to the present node
-        tree.forEachNode([&](unsigned id) {
-            const unsigned depth = tree.depth(id);
-            path.resize(lengths[depth - 1]);
-            appendName(path, render.itemName(tree.item(id)));
-            lengths.resize(depth);
-            lengths.push_back(path.size());
-            if (Counter* counter = render.getCounter(tree.item(id)))
-                visit(id, path, *counter);
+        PathBuilder paths(*this);
+        forEachCounter([&](const CounterList::Entry& entry) {
+            visit(entry.spot.id, paths.path(entry), *entry.counter);
         });
     }
-    /// Calls `visit(id, counter)` for every counter that there is now, in tree order, from a list that is
-    /// made anew only when the tree has changed. One that is removed meanwhile is left out, a new one too.
+    /// Calls `visit(id, counter)` for every counter that there is now, in tree order. One that is removed
+    /// meanwhile is left out, a new one too.
     template<typename Visit>
     void forEachListedCounter(const Visit& visit)
     {
         const CallScope call;
         const std::shared_ptr<const CounterList> list = listCounters();
         for (const CounterList::Entry& entry : list->entries)
-            if (tree.revision() == list->revision || holds(entry.id, *entry.counter))
-                visit(entry.id, *entry.counter);
+            if (tree.revision() == list->revision || holds(entry.spot.id, *entry.counter))
+                visit(entry.spot.id, *entry.counter);
     }
     /// True if the node still shows this counter.
     bool holds(unsigned id, const Counter& counter);
@@ -98,16 +99,47 @@ struct System::Data {
     /// Order of the check boxes, flags of the comparison.
     void applyToSnapshots(const Options& options);
 
-    /// The counters at one revision of the tree.
+    /// The counters at one revision of the tree. Going through them takes no look at tree and pool, which are
+    /// many times as large.
     struct CounterList {
         struct Entry {
-            unsigned id;
+            Tree::Spot spot;
+            unsigned slot; ///< in its pool
             Counter* counter;
         };
+        static constexpr std::size_t kAhead = 8; ///< entries, on the way from memory while others are visited
+
         std::uint64_t revision;
         std::vector<Entry> entries;
     };
+    /// Made anew only when the tree has changed.
     std::shared_ptr<const CounterList> listCounters();
+    /// The same for the counters that the walk hasn't reached yet.
+    template<typename Visit>
+    void forEachCounterLeft(Tree::Walk& walk, const Visit& visit)
+    {
+        while (walk.next()) {
+            const unsigned item = tree.item(walk.node());
+            if (Counter* counter = render.getCounter(item))
+                visit(CounterList::Entry{walk.spot(), itemSlot(item), counter});
+        }
+    }
+
+    /// Joins paths for a walk: what siblings have in common is put together once.
+    class PathBuilder {
+    public:
+        explicit PathBuilder(Data& data) : m_data(data) {}
+
+        /// Good until the next call.
+        const std::string& path(const CounterList::Entry& entry);
+
+    private:
+        Data& m_data;
+        std::string m_path;
+        unsigned m_parent = INVALID_ID; ///< whose path `m_path` begins with
+        std::size_t m_length = 0;       ///< of the parent's path
+        std::uint64_t m_revision = 0;   ///< that the parent belongs to; no tree has 0
+    };
 
     Tree tree;
     Render render;

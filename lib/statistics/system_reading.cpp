@@ -2,6 +2,8 @@
 
 #include "system_data.h"
 
+#include "path.h"
+
 #include <utility>
 
 namespace statistics {
@@ -25,10 +27,10 @@ CounterReading read(unsigned id, const std::string& path, const Counter& counter
 std::list<std::string> System::collectWarnings() const
 {
     std::list<std::string> warnings;
-    m_data->forEachCounter([&](unsigned id, Counter& counter) {
+    m_data->forEachCounter([&](const Data::CounterList::Entry& entry) {
         // A getter may have removed the counter: then there is nothing left to warn about.
-        if (!counter.withinLimits() && m_data->holds(id, counter))
-            warnings.push_back(m_data->tree.path(id, m_data->render));
+        if (!entry.counter->withinLimits() && m_data->holds(entry.spot.id, *entry.counter))
+            warnings.push_back(m_data->tree.path(entry.spot.id, m_data->render));
     });
     return warnings;
 }
@@ -78,9 +80,24 @@ std::shared_ptr<const System::Data::CounterList> System::Data::listCounters()
         return counterList;
     CounterList list{tree.revision(), {}};
     list.entries.reserve(render.counters.size());
-    forEachCounter([&](unsigned id, Counter& counter) { list.entries.push_back({id, &counter}); });
+    Tree::Walk walk(tree);
+    forEachCounterLeft(walk, [&](const CounterList::Entry& entry) { list.entries.push_back(entry); });
     counterList = std::make_shared<const CounterList>(std::move(list));
     return counterList;
+}
+
+const std::string& System::Data::PathBuilder::path(const CounterList::Entry& entry)
+{
+    const Tree& tree = m_data.tree;
+    if (entry.spot.parent != m_parent || tree.revision() != m_revision) {
+        m_path = tree.path(entry.spot.parent, m_data.render);
+        m_parent = entry.spot.parent;
+        m_length = m_path.size();
+        m_revision = tree.revision();
+    }
+    m_path.resize(m_length);
+    appendName(m_path, m_data.render.counters[entry.slot].name);
+    return m_path;
 }
 
 bool System::Data::holds(unsigned id, const Counter& counter)

@@ -37,6 +37,15 @@ public:
         std::vector<unsigned> children;
     };
 
+    /// Where a node stands while the revision stays.
+    struct Spot {
+        unsigned id;
+        unsigned parent;
+        unsigned position; ///< among the parent's children
+    };
+
+    class Walk;
+
     Tree();
     ~Tree() = default;
     /// Walks stay with the tree that they go through: those over a tree that is replaced end.
@@ -204,19 +213,46 @@ inline bool Tree::ChildWalk::next(std::size_t end)
     return true;
 }
 
+/// Goes through all nodes but the root, parents first. Nodes may come and go meanwhile: each that stays has
+/// its turn once, in order.
+class [[nodiscard]] Tree::Walk {
+public:
+    explicit Walk(const Tree& tree) : m_children(tree, tree.m_nodes.begin()) {}
+
+    /// Moves on to the next node; false if there is none.
+    bool next();
+    /// Goes on from this node, which must be where the spot tells.
+    void moveTo(const Spot& spot);
+    unsigned node() const { return m_children.child(); }
+    Spot spot() const { return {node(), m_children.parent(), static_cast<unsigned>(m_children.m_next - 1)}; }
+
+private:
+    ChildWalk m_children;
+};
+
+inline bool Tree::Walk::next()
+{
+    m_children.enter();
+    while (!m_children.next())
+        if (!m_children.leave())
+            return false;
+    return true;
+}
+
+inline void Tree::Walk::moveTo(const Spot& spot)
+{
+    m_children.m_parent = spot.parent;
+    m_children.m_child = spot.id;
+    m_children.m_next = std::size_t{spot.position} + 1;
+}
+
 template<typename Visit>
 void Tree::forEachNode(const Visit& visit) const
 {
     const CallScope call;
-    if (m_nodes.empty())
-        return;
-    ChildWalk walk(*this, m_nodes.begin());
-    do {
-        while (walk.next()) {
-            visit(walk.child());
-            walk.enter();
-        }
-    } while (walk.leave());
+    Walk walk(*this);
+    while (walk.next())
+        visit(walk.node());
 }
 
 template<typename IsBefore>

@@ -221,7 +221,7 @@ unsigned nodeOf(System::Data& data, unsigned slot)
     const auto list = data.listCounters();
     for (const auto& entry : list->entries)
         if (entry.counter == counter)
-            return entry.id;
+            return entry.spot.id;
     return INVALID_ID;
 }
 
