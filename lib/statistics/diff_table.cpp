@@ -61,75 +61,92 @@ bool isNear(const CounterValue& left, const CounterValue& right, float tolerance
 
 } // namespace
 
-/// A value on its way into a row.
+/// What a new column has in one row.
 struct DiffTable::Cell {
-    CounterValue value = kFiller;
-    bool differs = false; ///< from the row's first value
+    const CounterValue* value;
+    bool differs; ///< from the row's first value
 };
 
-/// Takes the rows that were added back, unless they are kept.
-class [[nodiscard]] DiffTable::NewRows {
+/// Takes back what adding a snapshot has done so far, unless it is kept.
+class [[nodiscard]] DiffTable::Adding {
 public:
-    explicit NewRows(DiffTable& table) : m_table(table), m_count(table.m_rows.size()) {}
-    ~NewRows()
+    explicit Adding(DiffTable& table)
+        : m_table(table), m_rows(table.m_rows.size()), m_columns(table.m_columns.size())
     {
-        if (m_count < m_table.m_rows.size())
-            m_table.m_rows.erase(m_table.m_rows.begin() + static_cast<std::ptrdiff_t>(m_count),
-                                 m_table.m_rows.end());
     }
-    NewRows(const NewRows&) = delete;
-    NewRows& operator=(const NewRows&) = delete;
-    void keep() { m_count = m_table.m_rows.size(); }
+    ~Adding()
+    {
+        if (m_kept)
+            return;
+        dropBehind(m_table.m_rows, m_rows);
+        dropBehind(m_table.m_columns, m_columns);
+        for (DiffTableRow& row : m_table.m_rows)
+            dropBehind(row.values, m_columns);
+    }
+    Adding(const Adding&) = delete;
+    Adding& operator=(const Adding&) = delete;
+    void keep() { m_kept = true; }
 
 private:
+    template<typename T>
+    static void dropBehind(std::vector<T>& list, std::size_t count)
+    {
+        if (count < list.size())
+            list.erase(list.begin() + static_cast<std::ptrdiff_t>(count), list.end());
+    }
+
     DiffTable& m_table;
-    std::size_t m_count;
+    std::size_t m_rows;
+    std::size_t m_columns;
+    bool m_kept = false;
 };
 
 void DiffTable::addSnapshot(const std::string& title, std::size_t snapshot, const Entries& entries)
 {
-    NewRows added(*this);
+    Adding adding(*this);
     std::vector<Cell> cells = gather(entries);
     const std::size_t known = columnOf(snapshot);
     if (known < m_columns.size()) {
-        added.keep();
+        adding.keep();
         for (const auto& [caption, value] : entries)
             setValue(addRow(caption), known, value);
         return;
     }
-    reserveColumn();
-    m_columns.push_back({title, snapshot});
-    added.keep();
     for (std::size_t row = 0; row < cells.size(); ++row) {
-        m_rows[row].values.push_back(std::move(cells[row].value));
-        m_rows[row].changed |= cells[row].differs;
+        std::vector<CounterValue>& values = m_rows[row].values;
+        cells[row].differs = !values.empty() && differs(*cells[row].value, values.front());
+        values.push_back(*cells[row].value);
     }
+    m_columns.push_back({title, snapshot});
+    adding.keep();
+    for (std::size_t row = 0; row < cells.size(); ++row)
+        m_rows[row].changed |= cells[row].differs;
 }
 
 /// One cell per row, rows that must be made included.
 std::vector<DiffTable::Cell> DiffTable::gather(const Entries& entries)
 {
-    std::vector<Cell> cells(m_rows.size());
+    static const CounterValue filler = kFiller;
+    if (m_rows.empty())
+        reserveRows(entries.size());
+    std::vector<Cell> cells(std::max(m_rows.size(), entries.size()), {&filler, false});
     std::size_t row = 0;
     for (const auto& [caption, value] : entries) {
         // Snapshots of one program mostly hold the same captions in the same order: look there first.
         if (row >= m_rows.size() || m_rows[row].caption != caption)
             row = addRow(caption);
         if (row >= cells.size())
-            cells.resize(m_rows.size());
-        cells[row++].value = value;
+            cells.resize(2 * cells.size(), {&filler, false});
+        cells[row++].value = &value;
     }
-    for (row = 0; row < cells.size(); ++row)
-        cells[row].differs = !m_columns.empty() && differs(cells[row].value, m_rows[row].values.front());
+    cells.resize(m_rows.size(), {&filler, false});
     return cells;
 }
 
-/// Makes room in each row, so that appending can't fail.
-void DiffTable::reserveColumn()
+void DiffTable::reserveRows(std::size_t count)
 {
-    for (DiffTableRow& row : m_rows)
-        if (row.values.size() == row.values.capacity())
-            row.values.reserve(std::max(kUsualColumns, 2 * row.values.size()));
+    m_rows.reserve(count);
+    rebuildIndex(count);
 }
 
 std::size_t DiffTable::columnOf(std::size_t snapshot) const
@@ -237,7 +254,7 @@ std::size_t DiffTable::findRow(std::uint32_t hash, const std::string& caption)
     std::size_t row = m_rows.size();
     const bool isFull = 2 * (m_indexed + 1) > m_index.size();
     if (isFull || m_indexed != m_rows.size() || !isIndexed(hash, caption, row)) {
-        rebuildIndex();
+        rebuildIndex(2 * m_rows.size());
         isIndexed(hash, caption, row);
     }
     return row;
@@ -271,10 +288,11 @@ void DiffTable::addToIndex(std::uint32_t hash, std::size_t row)
     ++m_indexed;
 }
 
-void DiffTable::rebuildIndex()
+/// Afterwards it has room for so many rows, and for one more than there are.
+void DiffTable::rebuildIndex(std::size_t rows)
 {
     std::size_t size = kLeastIndex;
-    while (size < 4 * (m_rows.size() + 1))
+    while (size < 2 * (std::max(rows, m_rows.size()) + 1))
         size *= 2;
     m_index.assign(size, {0, kNoRow});
     m_indexed = 0;

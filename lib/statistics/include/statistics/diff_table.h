@@ -66,17 +66,17 @@ public:
 
 private:
     struct Cell;
-    class NewRows;
+    class Adding;
 
     bool differs(const CounterValue& value, const CounterValue& first) const;
     bool isChangedWithout(const DiffTableRow& row, std::size_t position) const;
     std::size_t columnOf(std::size_t snapshot) const;
     std::vector<Cell> gather(const Entries& entries);
-    void reserveColumn();
+    void reserveRows(std::size_t count);
     std::size_t findRow(std::uint32_t hash, const std::string& caption);
     bool isIndexed(std::uint32_t hash, const std::string& caption, std::size_t& row) const;
     void addToIndex(std::uint32_t hash, std::size_t row);
-    void rebuildIndex();
+    void rebuildIndex(std::size_t rows);
 
     float m_tolerance = 0;
 
