@@ -148,13 +148,24 @@ BENCHMARK_CAPTURE(visibleHand, bars, true)
     ->Arg(100)
     ->Arg(1000);
 
-/// All groups open, 40 lines in view.
-void hiddenOurs(benchmark::State& state)
+void addCountersUnderOneParent(Library& library, std::size_t count, const std::vector<float>& sources)
+{
+    const unsigned parent = library->createLabel("parent");
+    for (std::size_t index = 0; index < count; ++index)
+        library->createCounter(bench::name(index), std::make_unique<Counter>(bench::getter(sources[index])),
+                               0.0f, parent);
+}
+
+/// All of them open, 40 lines in view.
+void hiddenOurs(benchmark::State& state, bool grouped)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
     const std::vector<float> sources(count, 0.5f);
     Library library;
-    bench::addGroupedCounters(library, count, sources, 0.0f);
+    if (grouped)
+        bench::addGroupedCounters(library, count, sources, 0.0f);
+    else
+        addCountersUnderOneParent(library, count, sources);
     library->update(0.0f, true);
     Context host(ImVec2(bench::kDisplayWidth, 720.0f));
     const auto scene = [] {
@@ -195,7 +206,16 @@ void hiddenHand(benchmark::State& state)
         host.frame(scene);
 }
 
-BENCHMARK(hiddenOurs)->Name("draw, counters out of view/ours")->Arg(100)->Arg(10000)->Arg(60000);
-BENCHMARK(hiddenHand)->Name("draw, counters out of view/hand")->Arg(100)->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(hiddenOurs, groups, true)
+    ->Name("draw, open groups of 100 out of view/ours")
+    ->Arg(100)
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK(hiddenHand)->Name("draw, open groups of 100 out of view/hand")->Arg(100)->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(hiddenOurs, one, false)
+    ->Name("draw, counters under one parent out of view/ours")
+    ->Arg(10000)
+    ->Arg(60000);
+BENCHMARK(hiddenHand)->Name("draw, counters under one parent out of view/hand")->Arg(10000)->Arg(60000);
 
 } // namespace

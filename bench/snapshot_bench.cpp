@@ -6,10 +6,13 @@
 
 #include <imgui_internal.h>
 
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 
@@ -49,7 +52,21 @@ SnapshotValues entries(std::size_t count, float offset)
     return values;
 }
 
-/// The store is emptied every time, or records and the publishing of them would grow along.
+void removeFiles(const std::string& folder)
+{
+    for (const fs::directory_entry& file : fs::directory_iterator(folder))
+        fs::remove(file.path());
+}
+
+/// A new one that has taken its first snapshot: if one grew along, so would records and check boxes.
+void renewStore(Library& library, const Folder& folder)
+{
+    library->removeStatsAnalyzer();
+    library->createStatsAnalyzer(folder.path(), "run", nullptr);
+    TestAccess::takeSnapshot();
+    removeFiles(folder.path() + "/run");
+}
+
 void takeOurs(benchmark::State& state)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
@@ -57,33 +74,66 @@ void takeOurs(benchmark::State& state)
     const Folder folder;
     Library library;
     bench::addGroupedCounters(library, count, sources, 1.0f);
-    library->createStatsAnalyzer(folder.path(), "run", nullptr);
+    renewStore(library, folder);
     for (auto _ : state) {
         TestAccess::takeSnapshot();
         state.PauseTiming();
-        library->removeStatsAnalyzer();
-        for (const fs::directory_entry& file : fs::directory_iterator(folder.path() + "/run"))
-            fs::remove(file.path());
-        library->createStatsAnalyzer(folder.path(), "run", nullptr);
+        removeFiles(folder.path() + "/run");
+        renewStore(library, folder);
         state.ResumeTiming();
     }
 }
 
+/// A line as in our files.
+void appendLine(std::string& bytes, const std::string& caption, float value)
+{
+    char digits[64];
+    const std::to_chars_result end =
+        std::to_chars(digits, digits + sizeof(digits), value, std::chars_format::fixed, 3);
+    bytes.append(caption) += '\t';
+    bytes.append(digits, end.ptr) += '\n';
+}
+
+void writeByHand(const std::string& bytes, const std::string& unfinished, const std::string& path)
+{
+    const int file = ::open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (::write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) && ::close(file) == 0)
+        std::rename(unfinished.c_str(), path.c_str());
+}
+
+std::string stampedName()
+{
+    const std::time_t now = std::time(nullptr);
+    char stamp[32];
+    std::strftime(stamp, sizeof(stamp), "run_%Y_%m_%d-%H_%M_%S.csv", std::localtime(&now));
+    return stamp;
+}
+
+/// All lines in one piece, into a file of another name that is renamed when it is whole. What was taken is
+/// kept as a record, as ours is.
 void takeHand(benchmark::State& state)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
+    const std::vector<float> sources(count, 16.667f);
     const Folder folder;
+    const std::string run = folder.path() + "/run";
     std::vector<std::string> captions;
     for (std::size_t index = 0; index < count; ++index)
         captions.push_back("group " + std::to_string(index / 100) + "/" + bench::name(index));
     for (auto _ : state) {
-        std::ofstream file(folder.path() + "/hand.csv");
-        file << "sep=\t" << std::endl << "Caption\tValue" << std::endl;
-        for (const std::string& caption : captions)
-            file << caption << '\t' << "16.667" << std::endl;
-        file.close();
+        std::vector<std::pair<std::string, float>> record;
+        record.reserve(count);
+        std::string bytes = "sep=\t\nCaption\tValue\n";
+        for (std::size_t index = 0; index < count; ++index) {
+            record.emplace_back(captions[index], sources[index]);
+            appendLine(bytes, captions[index], sources[index]);
+        }
+        fs::create_directories(run);
+        writeByHand(bytes, folder.path() + "/hand.part", run + "/" + stampedName());
         state.PauseTiming();
-        fs::remove(folder.path() + "/hand.csv");
+        benchmark::DoNotOptimize(record);
+        record = {};
+        removeFiles(run);
         state.ResumeTiming();
     }
 }
@@ -91,7 +141,7 @@ void takeHand(benchmark::State& state)
 BENCHMARK(takeOurs)->Name("snapshot, take/ours")->Arg(100)->Arg(10000);
 BENCHMARK(takeHand)->Name("snapshot, take/hand")->Arg(100)->Arg(10000);
 
-constexpr std::size_t kEntriesPerFile = 1000;
+constexpr std::size_t kEntriesPerFile = 100;
 
 void writeFiles(const Folder& folder, std::size_t count)
 {
@@ -109,7 +159,7 @@ void scanOurs(benchmark::State& state)
         benchmark::DoNotOptimize(StatisticsAnalyzer(folder.path(), "run"));
 }
 
-std::vector<std::pair<std::string, float>> readByHand(const std::string& path)
+std::vector<std::pair<std::string, float>> readByHand(const fs::path& path)
 {
     std::vector<std::pair<std::string, float>> values;
     std::ifstream file(path);
@@ -124,18 +174,18 @@ std::vector<std::pair<std::string, float>> readByHand(const std::string& path)
 void scanHand(benchmark::State& state)
 {
     const Folder folder;
-    const auto count = static_cast<std::size_t>(state.range(0));
-    writeFiles(folder, count);
+    writeFiles(folder, static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
         std::vector<std::vector<std::pair<std::string, float>>> files;
-        for (std::size_t file = 0; file < count; ++file)
-            files.push_back(readByHand(folder.path() + "/run/run_" + std::to_string(file) + ".csv"));
+        for (const fs::directory_entry& file : fs::directory_iterator(folder.path() + "/run"))
+            if (file.is_regular_file())
+                files.push_back(readByHand(file.path()));
         benchmark::DoNotOptimize(files);
     }
 }
 
-BENCHMARK(scanOurs)->Name("snapshot, scan files/ours")->Arg(10)->Arg(1000);
-BENCHMARK(scanHand)->Name("snapshot, scan files/hand")->Arg(10)->Arg(1000);
+BENCHMARK(scanOurs)->Name("snapshot, scan files of 100 entries/ours")->Arg(10)->Arg(1000);
+BENCHMARK(scanHand)->Name("snapshot, scan files of 100 entries/hand")->Arg(10)->Arg(1000);
 
 constexpr std::size_t kCompared = 10000;
 
