@@ -73,15 +73,15 @@ void HostWindows::onKey(int key)
     Particles& particles = m_app.particles();
     System& panel = *System::instance();
     switch (key) {
-    case GLFW_KEY_UP:
+    case GLFW_KEY_F3:
         return particles.setCount(particles.count() * 5 / 4);
-    case GLFW_KEY_DOWN:
+    case GLFW_KEY_F2:
         return particles.setCount(particles.count() * 4 / 5);
-    case GLFW_KEY_RIGHT:
+    case GLFW_KEY_F5:
         return particles.setSteps(particles.steps() + 1);
-    case GLFW_KEY_LEFT:
+    case GLFW_KEY_F4:
         return particles.setSteps(particles.steps() - 1);
-    case GLFW_KEY_SPACE:
+    case GLFW_KEY_F6:
         return particles.setPaused(!particles.paused());
     case GLFW_KEY_F1:
         return panel.setPanelOpen(!panel.panelOpen());
@@ -139,7 +139,9 @@ void HostWindows::drawWork()
     ImGui::SameLine();
     if (ImGui::Checkbox("Panel", &panelOpen))
         System::instance()->setPanelOpen(panelOpen);
-    showDim("Keys: up and down for particles, left and right for steps, space to pause, F1 for the panel.");
+    showDim("Keys: F1 for the panel, F2 and F3 for particles, F4 and F5 for steps, F6 to pause; Tab and the "
+            "arrows "
+            "lead through the windows.");
 }
 
 void HostWindows::drawFolders()

@@ -85,6 +85,8 @@ void Window::createGui(const char* layoutFile)
 {
     ImGui::CreateContext();
     ImGui::GetIO().IniFilename = layoutFile;
+    ImGui::GetIO().ConfigFlags |=
+        ImGuiConfigFlags_NavEnableKeyboard; // Control and Tab lead from window to window
     setColors();
     ImGui_ImplGlfw_InitForOpenGL(m_window, true); // goes on to the callback above
     ImGui_ImplOpenGL3_Init("#version 150");
