@@ -80,28 +80,38 @@ protected:
 
 TEST_F(Filtering, findsWhatHasAllWordsInItsPathAndNoneAfterAMinus)
 {
-    EXPECT_EQ(found("read"), (Lines{"Disk/read", "Net/eth0/Read errors"}));
-    EXPECT_EQ(found(" ERRORS\tnet \n"), Lines{"Net/eth0/Read errors"});
-    EXPECT_EQ(found("k/r"), Lines{"Disk/read"});
-    EXPECT_EQ(found("disk"), (Lines{"Disk", "Disk/read", "Disk/write"}));
-    EXPECT_EQ(found("disk -READ"), (Lines{"Disk", "Disk/write"}));
-    EXPECT_EQ(found("-net -disk"), Lines{"CPU"});
-    EXPECT_EQ(found("read disk write"), Lines{});
-    EXPECT_EQ(found("eth0 eth0 th h0/"), (Lines{"Net/eth0/Read errors", "Net/eth0/packets"}));
+    const std::pair<const char*, Lines> cases[] = {
+        {"read", {"Disk/read", "Net/eth0/Read errors"}},
+        {" ERRORS\tnet \n", {"Net/eth0/Read errors"}},
+        {"k/r", {"Disk/read"}},
+        {"disk", {"Disk", "Disk/read", "Disk/write"}},
+        {"disk -READ", {"Disk", "Disk/write"}},
+        {"-net -disk", {"CPU"}},
+        {"read disk write", {}},
+        {"eth0 eth0 th h0/", {"Net/eth0/Read errors", "Net/eth0/packets"}},
+    };
+    for (const auto& [words, paths] : cases)
+        EXPECT_EQ(found(words), paths) << words;
 }
 
 TEST_F(Filtering, takesAnyBytes)
 {
-    const Lines all = found("");
-    for (const char* none : {" ", "-", " - -\t-"})
-        EXPECT_EQ(found(none), all) << none;
-    EXPECT_EQ(system().filter(), " - -\t-");
     add("odd/\xC3\x84\xFF");
-    EXPECT_EQ(found("\xFF"), Lines{"odd/\xC3\x84\xFF"});
-    EXPECT_EQ(found("\xC3\xA4"), Lines{}); // no case but that of ASCII
-    EXPECT_EQ(found(std::string(10000, 'r')), Lines{});
-    EXPECT_EQ(found('-' + std::string(10000, 'r')).size(), all.size() + 2);
-    EXPECT_EQ(found(std::string("CPU\0", 4)), Lines{});
+    const Lines all = found("");
+    const Lines odd = {"odd/\xC3\x84\xFF"};
+    const std::string endless(10000, 'r');
+    const std::pair<std::string, Lines> cases[] = {
+        {" ", all},    {"-", all},           {" - -\t-", all},   {"\xFF", odd},
+        {"\x84", odd}, {"\xC3\x84", odd},    {"\xC3\xA4", {}}, // no case but that of ASCII
+        {endless, {}}, {'-' + endless, all}, {{"CPU\0", 4}, {}},
+    };
+    showLine(); // the field shows each of them
+    for (const auto& [words, paths] : cases) {
+        EXPECT_EQ(found(words), paths) << words.substr(0, 20);
+        EXPECT_EQ(system().filter(), words);
+        ui.frames(2);
+        EXPECT_EQ(ui.imbalance(), "") << words.substr(0, 20);
+    }
 }
 
 TEST_F(Filtering, showsWhatLeadsToAMatchOpenedAndLeavesTheRest)
@@ -124,6 +134,16 @@ TEST_F(Filtering, showsWhatLeadsToAMatchOpenedAndLeavesTheRest)
     ui.click("Disk");
     EXPECT_EQ(shownWith("nothing of that name"), Lines{});
     EXPECT_EQ(shownWith(""), before);
+}
+
+TEST_F(Filtering, showsAtOnceWhatAHostOpensMeanwhileAndKeepsItOpen)
+{
+    EXPECT_EQ(shownWith("net"), Lines{"Net"});
+    system().openNode(getItemIndex("Net/eth0"), true);
+    EXPECT_EQ(shown(), (Lines{"Net", "eth0", "Read errors", "packets", "column", "cell"}));
+    system().openNode(getItemIndex("Net/eth0"), false);
+    EXPECT_EQ(shown(), (Lines{"Net", "eth0", "column", "cell"}));
+    EXPECT_EQ(shownWith(""), (Lines{"Disk", "Net", "eth0", "column", "cell", "CPU"}));
 }
 
 TEST_F(Filtering, followsItemsThatComeAndGo)

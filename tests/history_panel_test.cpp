@@ -166,13 +166,50 @@ TEST_F(HistoryPanel, marksWhatIsOutsideTheLimitsAndNothingOnThem)
     ui.frames(2);
     EXPECT_NEAR(bounds(outside).min.y, plot().min.y, 3);
     const ImU32 tint = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 0.15f});
-    const auto isTinted = [&](float part) {
+    const auto colorAt = [&](float part) {
         const test::Rect area = plot();
-        const ImVec2 point(area.center().x, area.min.y + part * area.size().y);
-        return ui.read().rectsAt(point).back().color == tint;
+        return ui.read().rectsAt({area.center().x, area.min.y + part * area.size().y}).back().color;
     };
-    EXPECT_TRUE(isTinted(0.45f));
-    EXPECT_FALSE(isTinted(0.55f));
+    EXPECT_EQ(colorAt(0.45f), tint);
+    EXPECT_EQ(colorAt(0.55f), plot().color);
+}
+
+TEST_F(HistoryPanel, showsALoneSampleAsADot)
+{
+    ImGui::GetStyle().AntiAliasedFill = false;
+    add("Value", counter());
+    keep(10);
+    give({NAN, 5, NAN});
+    pointAt("nan");
+    const test::Rect dot = bounds(color(ImGuiCol_PlotLines));
+    EXPECT_EQ(dot.size().x, 4);
+    EXPECT_EQ(dot.size().y, 4);
+}
+
+TEST_F(HistoryPanel, leavesOutALimitThatWouldFlattenTheSamples)
+{
+    ImGui::GetStyle().AntiAliasedFill = false;
+    const float all = kPlotHeight - 4;
+    const struct {
+        float min, max;
+        float height; // of the samples, which reach from 40 to 60
+        std::string limits;
+    } cases[] = {
+        {-FLT_MAX, FLT_MAX, all, "limits none to none"},
+        {0, 100, all / 5, "limits 0.000 to 100.000"},
+        {-1e6f, 1e6f, all, "limits -1000000.000 to 1000000.000"},
+        {-1e6f, -1e5f, all, "limits -1000000.000 to -100000.000"}, // all of them outside
+    };
+    keep(10);
+    for (const auto& [min, max, height, limits] : cases) {
+        const unsigned id = add("Value", limited(min, max, [this] { return value; }));
+        give({40.0f, 60.0f, 40.0f, 41.0f});
+        EXPECT_EQ(pointAt("41.000").back(), limits);
+        const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 1});
+        const ImU32 drawn = max < 0 ? outside : color(ImGuiCol_PlotLines);
+        EXPECT_NEAR(bounds(drawn).size().y, height, 2) << limits;
+        system().removeItem(id);
+    }
 }
 
 TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)

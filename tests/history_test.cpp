@@ -1,5 +1,6 @@
 // The past of counters as code reads it: which samples are kept, for how long, and for which counter.
 #include "support/counter_panel.h"
+#include "support/test_access.h"
 
 #include <cmath>
 #include <cstddef>
@@ -125,7 +126,7 @@ TEST_F(History, thatIsEndlessEndsAtItsBound)
 TEST_F(History, keepsEveryCountersOwnSamples)
 {
     std::mt19937 random(7);
-    const auto below = [&](unsigned end) { return random() % end; };
+    const auto below = [&](unsigned end) { return static_cast<unsigned>(random() % end); };
     std::map<unsigned, std::deque<float>> expected;
     std::size_t kept = 0;
     for (int step = 0; step < 3000; ++step) {
@@ -149,6 +150,33 @@ TEST_F(History, keepsEveryCountersOwnSamples)
             while (samples.size() > kept)
                 samples.pop_front();
             ASSERT_EQ(past(id), Samples(samples.begin(), samples.end())) << step;
+        }
+    }
+}
+
+TEST(PastRanges, areThoseOfThePastsHoweverManySamplesCameBetweenTwoLooks)
+{
+    std::mt19937 random(5); // NOLINT: each run the same
+    const auto below = [&](unsigned end) { return static_cast<unsigned>(random() % end); };
+    for (const std::size_t capacity : {1, 3, 127, 128, 129, 300}) {
+        statistics::History history(capacity);
+        statistics::PastRanges ranges;
+        for (int look = 0; look < 300; ++look) {
+            const unsigned slot = below(2);
+            history.makeRoom(slot);
+            if (below(20) == 0) {
+                history.forget(slot);
+                ranges.forget(slot);
+            }
+            for (unsigned times = below(10) ? below(4) : below(700); times > 0; --times)
+                history.add(slot, below(9) ? static_cast<float>(below(10000)) : NAN);
+            statistics::PastRange expected;
+            for (const float sample : history.past(slot).samples())
+                expected.add(sample);
+            const statistics::PastRange& seen = ranges.range(slot, history.past(slot));
+            ASSERT_EQ(seen.lowest, expected.lowest) << capacity << " samples, look " << look;
+            ASSERT_EQ(seen.highest, expected.highest) << capacity << " samples, look " << look;
+            ranges.endDraw();
         }
     }
 }

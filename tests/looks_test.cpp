@@ -120,67 +120,87 @@ protected:
                 found.push_back(mark);
         return found;
     }
+    // The headers that have one.
+    Lines pointed()
+    {
+        Lines headers;
+        for (const char* header : {"Name", "Size"})
+            headers.insert(headers.end(), arrows(header).size(), header);
+        return headers;
+    }
+    void turnOn()
+    {
+        Options options;
+        options.sortArrows = true;
+        system().setOptions(options);
+        show();
+    }
 };
 
-TEST_F(SortArrows, standBesideTheCaptionOfTheColumnThatIsSorted)
+TEST_F(SortArrows, standOnTheHeaderOfTheColumnThatIsSorted)
 {
-    system().getTable(id)->addColumn(
-        "Much longer than wide", [](auto) { return CounterValue(); }, 0.1f);
     show();
-    EXPECT_EQ(arrows("Name").size(), 0u);
-    Options options;
-    options.sortArrows = true;
-    system().setOptions(options);
-    ui.frame();
-    ASSERT_EQ(arrows("Name").size(), 1u);
-    EXPECT_GT(arrows("Name")[0].min.x, ui.text("Name").max.x);
-    EXPECT_EQ(arrows("Size").size(), 0u);
-    ui.click("Size");
-    EXPECT_EQ(arrows("Name").size(), 0u);
-    EXPECT_EQ(arrows("Size").size(), 1u);
-    EXPECT_EQ(lines()[1], "beta | 3 B | ---");
-    ui.click("Size");
-    EXPECT_EQ(arrows("Size").size(), 1u);
-    EXPECT_EQ(lines()[1], "gamma | 1 B | ---");
+    EXPECT_EQ(pointed(), Lines{});
+    turnOn();
+    EXPECT_EQ(pointed(), Lines{"Name"});
+    for (const char* first : {"beta | 3 B", "gamma | 1 B"}) {
+        ui.click("Size");
+        EXPECT_EQ(pointed(), Lines{"Size"});
+        EXPECT_EQ(lines()[1], first);
+    }
+}
+
+TEST_F(SortArrows, standBehindTheCaptionAndCutALongOne)
+{
+    table.addColumn(
+        "Much longer than wide", [](auto) { return CounterValue(); }, 0.1f);
+    turnOn();
+    EXPECT_GT(arrows("Name").at(0).min.x, ui.text("Name").max.x);
     table.sort(2, true);
     show();
     const test::Text* cut = ui.read().findContaining("Much");
     ASSERT_TRUE(cut);
-    ASSERT_EQ(arrows(cut->text).size(), 1u);
-    EXPECT_GE(arrows(cut->text)[0].min.x, cut->max.x - 4); // the last letter is cut
+    EXPECT_GE(arrows(cut->text).at(0).min.x, cut->max.x - 4); // the last letter is cut
 }
 
-TEST_F(Looks, snapshotsStandByNameWhileTheHostWantsIt)
-{
-    for (const char* folder : {"run-10", "run-9", "run-09"})
-        dir.write(std::string("root/") + folder + "/x.csv", kHead);
-    for (const char* file : {"f290.csv", "f023.csv", "f1000.csv", "e.csv"})
-        dir.write(std::string("root/run-9/") + file, kHead);
-    openSnapshots("run-9");
-    const Lines asFound = ui.read().lines();
-    const Lines byName = {"run-09", "run-9", "e.csv", "f023.csv", "f290.csv", "f1000.csv", "x.csv", "run-10"};
-    for (int round = 0; round < 2; ++round) {
-        turnOn(&Options::sortSnapshots, true);
+class SortedSnapshots : public Looks {
+protected:
+    SortedSnapshots()
+    {
+        for (const char* file :
+             {"run-10/x", "run-9/x", "run-09/x", "run-9/f290", "run-9/f023", "run-9/f1000"})
+            dir.write("root/" + std::string(file) + ".csv", kHead);
+        openSnapshots("run-9");
+    }
+    Lines shownWith(bool sorted)
+    {
+        turnOn(&Options::sortSnapshots, sorted);
         ui.frames(2);
         Lines lines = linesBelow("Snapshots");
-        lines.resize(byName.size());
-        EXPECT_EQ(lines, byName);
-        turnOn(&Options::sortSnapshots, false);
-        ui.frames(2);
-        EXPECT_EQ(ui.read().lines(), asFound);
+        lines.pop_back(); // the buttons
+        return lines;
     }
-    turnOn(&Options::sortSnapshots, true);
-    ui.frames(2);
-    const auto& records = TestAccess::data().statsAnalyzer->snapshots;
-    const auto first = std::find_if(records.begin(), records.end(),
-                                    [](const auto& record) { return record.name == "e.csv"; });
-    ui.clickBox("e.csv"); // boxes act on their own record
-    EXPECT_EQ(TestAccess::data().statsAnalyzer->diffTable.m_columns.at(0).snapshot, first->index);
-    system().setOptions({});
+};
+
+TEST_F(SortedSnapshots, standByNameWhileTheHostWantsIt)
+{
+    const Lines asFound = shownWith(false);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(shownWith(true),
+                  (Lines{"run-09", "run-9", "f023.csv", "f290.csv", "f1000.csv", "x.csv", "run-10"}));
+        EXPECT_EQ(shownWith(false), asFound);
+    }
     ui.click("Take snapshot"); // "run" comes last, and first by name
-    turnOn(&Options::sortSnapshots, true);
-    ui.frames(2);
-    EXPECT_EQ(linesBelow("Snapshots")[0], "run");
+    EXPECT_EQ(shownWith(true)[0], "run");
+}
+
+TEST_F(SortedSnapshots, actOnTheirOwnRecords)
+{
+    shownWith(true);
+    ui.clickBox("f023.csv");
+    const auto& store = *TestAccess::data().statsAnalyzer;
+    const std::size_t ticked = store.diffTable.m_columns.at(0).snapshot;
+    EXPECT_EQ(store.snapshots.at(ticked).name, "f023.csv");
 }
 
 TEST_F(Looks, theComparisonFlagsWhatDiffersByMoreThanTheTolerance)
@@ -236,6 +256,13 @@ protected:
         ui.frames(3);
         return test::drawData();
     }
+    template<typename Value>
+    static Options only(const Options& all, Value Options::*option)
+    {
+        Options options;
+        options.*option = all.*option;
+        return options;
+    }
 };
 
 TEST_F(WholePanel, isThePlainOneAgainToTheByteWhenAllIsTurnedOff)
@@ -246,23 +273,23 @@ TEST_F(WholePanel, isThePlainOneAgainToTheByteWhenAllIsTurnedOff)
     all.filter = all.markOutside = all.sortArrows = all.sortSnapshots = true;
     all.background = 1;
     all.compareTolerance = 0.1f;
-    const auto changesWith = [&](auto option) {
-        Options options;
-        options.*option = all.*option;
-        system().setOptions(options);
-        return drawn() != plain;
-    };
-    EXPECT_TRUE(changesWith(&Options::background));
-    EXPECT_TRUE(changesWith(&Options::markOutside));
-    EXPECT_TRUE(changesWith(&Options::sortArrows));
+    const std::pair<const char*, Options> cases[] = {
+        {"background", only(all, &Options::background)},
+        {"markOutside", only(all, &Options::markOutside)},
+        {"sortArrows", only(all, &Options::sortArrows)},
 #ifndef _WIN32 // which lists files by name
-    EXPECT_TRUE(changesWith(&Options::sortSnapshots));
+        {"sortSnapshots", only(all, &Options::sortSnapshots)},
 #endif
-    EXPECT_TRUE(changesWith(&Options::compareTolerance));
+        {"compareTolerance", only(all, &Options::compareTolerance)},
+    };
+    for (const auto& [option, options] : cases) {
+        system().setOptions(options);
+        EXPECT_FALSE(drawn() == plain) << option << " changes nothing";
+    }
     system().setOptions(all);
     drawn();
     system().setOptions({});
-    EXPECT_TRUE(drawn() == plain);
+    EXPECT_TRUE(drawn() == plain) << "the panel isn't what it was";
 }
 
 } // namespace

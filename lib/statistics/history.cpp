@@ -23,6 +23,15 @@ Past::EKind kindOf(const CounterValue& value)
 
 } // namespace
 
+std::vector<float> Past::samples() const
+{
+    std::vector<float> all;
+    all.reserve(size());
+    for (std::size_t index = 0; index < size(); ++index)
+        all.push_back((*this)[index]);
+    return all;
+}
+
 History::History(std::size_t capacity) : m_capacity(std::min(capacity, kMostSamples)) {}
 
 /// The rows that have been reached: the others aren't initialised, and take no memory before a sample comes.
@@ -68,7 +77,7 @@ void History::push(Block& block, unsigned lane, float sample) noexcept
     block.samples[ring.next * block.width + lane] = sample;
     if (++ring.next == m_capacity) {
         ring.next = 0;
-        ring.full = true;
+        ring.laps = ring.laps == std::numeric_limits<std::uint16_t>::max() ? 1 : ring.laps + 1;
     }
 }
 
@@ -92,8 +101,7 @@ Past History::past(unsigned slot) const
         return {};
     const Block& block = m_blocks[slot / kLanes];
     const Ring& ring = block.rings[slot % kLanes];
-    return {&block.samples[slot % kLanes], block.width,           m_capacity,
-            ring.full ? ring.next : 0,     ring.size(m_capacity), ring.kind};
+    return {&block.samples[slot % kLanes], block.width, m_capacity, ring.count(m_capacity), ring.kind};
 }
 
 } // namespace statistics

@@ -15,19 +15,32 @@ public:
     enum class EKind : unsigned char { Int, UInt, Decimal };
 
     Past() = default;
-    Past(const float* lane, std::size_t stride, std::size_t capacity, std::size_t first, std::size_t size,
-         EKind lastKind)
-        : kind(lastKind), m_lane(lane), m_stride(stride), m_capacity(capacity), m_first(first), m_size(size)
+    /// The sample n of all so far stands in row n modulo `capacity`.
+    Past(const float* lane, std::size_t stride, std::size_t capacity, std::uint64_t count, EKind lastKind)
+        : kind(lastKind),
+          m_lane(lane),
+          m_stride(stride),
+          m_capacity(capacity),
+          m_count(count),
+          m_first(count < capacity ? 0 : static_cast<std::size_t>(count % capacity))
     {
     }
 
-    std::size_t size() const { return m_size; }
+    std::size_t size() const { return m_count < m_capacity ? static_cast<std::size_t>(m_count) : m_capacity; }
     /// `index` is below `size()`. Not a number where the counter gave none.
     float operator[](std::size_t index) const
     {
         const std::size_t row = m_first + index;
-        return m_lane[(row < m_capacity ? row : row - m_capacity) * m_stride];
+        return inRow(row < m_capacity ? row : row - m_capacity);
     }
+    std::vector<float> samples() const;
+
+    // For readers that come again and read what is new. Samples never move from row to row.
+    /// Another number after each sample; less than before where the past, or the counting, has begun anew.
+    std::uint64_t count() const { return m_count; }
+    std::size_t capacity() const { return m_capacity; }
+    /// `row` is below `size()`.
+    float inRow(std::size_t row) const { return m_lane[row * m_stride]; }
 
     const EKind kind = EKind::Decimal; ///< of the last number
 
@@ -35,8 +48,8 @@ private:
     const float* m_lane = nullptr;
     std::size_t m_stride = 0; ///< floats from one sample to the next
     std::size_t m_capacity = 0;
-    std::size_t m_first = 0;
-    std::size_t m_size = 0;
+    std::uint64_t m_count = 0;
+    std::size_t m_first = 0; ///< row of the oldest sample
 };
 
 /// The past of every counter: the newest samples, known by the counter's slot in its pool.
@@ -75,10 +88,11 @@ private:
     static constexpr unsigned kLanes = 256;
 
     struct Ring {
-        std::size_t size(std::size_t capacity) const { return full ? capacity : next; }
+        std::size_t size(std::size_t capacity) const { return laps > 0 ? capacity : next; }
+        std::uint64_t count(std::size_t capacity) const { return std::uint64_t{laps} * capacity + next; }
 
-        std::uint32_t next = 0; ///< where the next sample goes
-        bool full = false;      ///< the oldest sample stands there
+        std::uint32_t next = 0; ///< where the next sample goes; from the first lap on the oldest one's place
+        std::uint16_t laps = 0; ///< from the greatest number on 1 again
         Past::EKind kind = Past::EKind::Decimal;
     };
     struct Block {

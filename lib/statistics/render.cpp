@@ -138,6 +138,7 @@ void Render::removeItem(unsigned id)
     case ItemType::Counter:
         history.forget(slot);
         counterSchedule.stop(slot);
+        historyView.ranges.forget(slot);
         return removeCounter(counters, slot);
     case ItemType::Table:
         tableSchedule.stop(slot);
@@ -217,6 +218,7 @@ void Render::resizeHistory(std::size_t samples)
             resized.addAll(slot, history.past(slot));
         }
     history = std::move(resized);
+    historyView.ranges = {};
 }
 
 CounterValue Render::itemValue(unsigned id, std::size_t column)

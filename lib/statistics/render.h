@@ -4,6 +4,7 @@
 #include "free_slot_vector.h"
 #include "history.h"
 #include "items.h"
+#include "past_range.h"
 #include "schedule.h"
 #include "text_lines.h"
 
@@ -103,6 +104,7 @@ public:
         unsigned slot = INVALID_ID;     ///< of the counter that the mouse is on in this frame
         unsigned menuNode = INVALID_ID; ///< of the counter that the context menu was opened on
         std::string menuPath;           ///< by which that node is known to show the counter still
+        PastRanges ranges;              ///< of the bars in view
     } historyView;
 
 private:

@@ -66,12 +66,7 @@ CounterHistory System::history(unsigned id) const
     if (!tree.contains(id) || render.itemType(tree.item(id)) != ItemType::Counter)
         return {};
     const unsigned slot = itemSlot(tree.item(id));
-    const Past past = render.history.past(slot);
-    CounterHistory history{render.counterSchedule.period(slot), {}};
-    history.samples.reserve(past.size());
-    for (std::size_t index = 0; index < past.size(); ++index)
-        history.samples.push_back(past[index]);
-    return history;
+    return {render.counterSchedule.period(slot), render.history.past(slot).samples()};
 }
 
 std::shared_ptr<const System::Data::CounterList> System::Data::listCounters()

@@ -75,6 +75,8 @@ public:
     /// Inside an ImGui frame. Runs host functors: what the user presses acts at once. Null for a tree that is
     /// shown whole.
     void draw(Render& render, const Filter* filter = nullptr);
+    /// The node whose line shows the counter in a slot; `INVALID_ID` if none was drawn, or it is gone.
+    unsigned drawnCounter(unsigned slot) const;
     /// Samples the item of a node now, which runs host functors. A stale id does nothing.
     void updateNode(unsigned id, Render& render);
     /// Calls `visit` with the item of every node but the root, and with its parent's item: parents first.

@@ -41,10 +41,15 @@ CounterValue inKind(const CounterValue& number, Past::EKind kind)
     }
 }
 
+/// Beyond lies "no limit", which some kinds read as their last number.
+bool isFiniteLimit(const CounterValue& limit)
+{
+    return isNumber(limit) && std::abs(limit.toFloat()) < FLT_MAX;
+}
+
 bool takeLimit(const CounterValue& limit, Past::EKind kind, float& taken)
 {
-    // Beyond lies "no limit", which some kinds read as their last number.
-    if (!isNumber(limit) || !(std::abs(limit.toFloat()) < FLT_MAX))
+    if (!isFiniteLimit(limit))
         return false;
     taken = inKind(limit, kind).toFloat();
     return true;
@@ -75,15 +80,14 @@ void drawMark(CounterValue sample, const Counter& counter)
                                               ImGui::GetColorU32(ImGuiCol_Text, layout::kMarkAlpha));
 }
 
-void drawMarks(const Counter& counter, const Past& past)
+void drawMarks(const Counter& counter, Past::EKind kind, const PastRange& range)
 {
-    const PlotLimits limits = limitsOf(counter, past.kind);
-    const PastSummary summary(past);
-    if (!limits.hasMin || !limits.hasMax || summary.finite == 0)
+    const PlotLimits limits = limitsOf(counter, kind);
+    if (!limits.hasMin || !limits.hasMax || range.isEmpty())
         return;
-    drawMark(inKind(summary.lowest, past.kind), counter);
-    if (!summary.isConstant())
-        drawMark(inKind(summary.highest, past.kind), counter);
+    drawMark(inKind(range.lowest, kind), counter);
+    if (range.lowest < range.highest)
+        drawMark(inKind(range.highest, kind), counter);
 }
 
 } // namespace
@@ -92,8 +96,10 @@ void drawMarks(const Counter& counter, const Past& past)
 void Render::watchHistory(unsigned slot)
 {
     const Counter& counter = *counters[slot].counter;
-    if (counter.hasLimits && ImGui::IsItemVisible())
-        drawMarks(counter, history.past(slot));
+    if (counter.hasLimits && ImGui::IsItemVisible()) {
+        const Past past = history.past(slot);
+        drawMarks(counter, past.kind, historyView.ranges.range(slot, past));
+    }
     if (ImGui::IsItemHovered(0))
         historyView.slot = slot;
 }
@@ -131,13 +137,13 @@ std::string spanText(std::size_t samples, float period)
 }
 
 /// What the plot doesn't tell by itself.
-std::string noteText(const Past& past, const PastSummary& summary)
+std::string noteText(const PastSummary& summary)
 {
-    if (past.size() == 0)
+    if (summary.samples == 0)
         return "No past: there has been no number yet.";
     if (summary.finite == 0)
         return summary.infinite > 0 ? "No finite sample: infinite." : "No finite sample: not a number.";
-    const std::size_t gaps = past.size() - summary.finite;
+    const std::size_t gaps = summary.samples - summary.finite;
     std::string note = summary.isConstant() ? "Constant." : "";
     if (gaps > 0)
         note += Orv::orv_format("%s%u not finite.", note.empty() ? "" : " ", static_cast<unsigned>(gaps));
@@ -154,57 +160,46 @@ void showPair(const char* caption, const std::string& value)
     widgets::text(value);
 }
 
-void showNumbers(const ItemCounter& item, const Past& past, const PastSummary& summary)
+/// Where a number stands for no limit, the host's print of it says nothing.
+std::string limitText(const CounterValue& limit, const std::string& text)
 {
-    const std::string& format = item.counter->format;
+    return isNumber(limit) && !isFiniteLimit(limit) ? "none" : text;
+}
+
+void showNumbers(const ItemCounter& item, Past::EKind kind, const PastSummary& summary)
+{
+    const Counter& counter = *item.counter;
     if (summary.finite > 0) {
-        showPair("lowest", sampleText(summary.lowest, past.kind, format));
-        showPair("mean", meanText(summary.mean, format));
-        showPair("highest", sampleText(summary.highest, past.kind, format));
+        showPair("lowest", sampleText(summary.range.lowest, kind, counter.format));
+        showPair("mean", meanText(summary.mean, counter.format));
+        showPair("highest", sampleText(summary.range.highest, kind, counter.format));
     }
     showPair("last", item.valueText);
-    if (item.counter->hasLimits) {
-        showPair("limits", item.minText);
-        ImGui::SameLine(0.0f, -1.0f);
-        ImGui::TextUnformatted("to");
-        ImGui::SameLine(0.0f, -1.0f);
-        widgets::text(item.maxText);
-    }
+    if (counter.hasLimits)
+        showPair("limits",
+                 limitText(counter.min, item.minText) + " to " + limitText(counter.max, item.maxText));
 }
 
 void showPast(const ItemCounter& item, const Past& past, float period)
 {
-    const PastSummary summary(past);
-    if (past.size() > 0) {
-        widgets::plot(past, summary, limitsOf(*item.counter, past.kind), layout::scaled(layout::kPlotSize));
-        widgets::text(spanText(past.size(), period));
+    const std::vector<float> samples = past.samples(); // side by side: they are read more than once
+    const PastSummary summary(samples);
+    if (!samples.empty()) {
+        widgets::plot(samples, summary.range, limitsOf(*item.counter, past.kind),
+                      layout::scaled(layout::kPlotSize));
+        widgets::text(spanText(samples.size(), period));
     }
-    showNumbers(item, past, summary);
-    const std::string note = noteText(past, summary);
+    showNumbers(item, past.kind, summary);
+    const std::string note = noteText(summary);
     if (!note.empty())
         widgets::text(note);
 }
 
-/// A window of its own at the mouse.
-class [[nodiscard]] TooltipScope {
-public:
-    TooltipScope()
-    {
-        ImGui::BeginTooltip();
-        ImGui::PushTextWrapPos(layout::scaled(layout::kTooltipWidth));
-    }
-    ~TooltipScope()
-    {
-        ImGui::PopTextWrapPos();
-        ImGui::EndTooltip();
-    }
-    TooltipScope(const TooltipScope&) = delete;
-    TooltipScope& operator=(const TooltipScope&) = delete;
-};
-
 void showTooltip(const std::string& path, const ItemCounter& item, const Past& past, float period)
 {
-    const TooltipScope tooltip;
+    const widgets::TooltipScope tooltip(layout::kTooltipWidth);
+    if (!tooltip.open)
+        return;
     {
         const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
         widgets::text(path);
@@ -212,24 +207,11 @@ void showTooltip(const std::string& path, const ItemCounter& item, const Past& p
     showPast(item, past, period);
 }
 
-/// `INVALID_ID` if the counter is gone.
-unsigned nodeOf(System::Data& data, unsigned slot)
-{
-    if (!data.render.counters.contains(slot))
-        return INVALID_ID;
-    const Counter* counter = data.render.counters[slot].counter.get();
-    const auto list = data.listCounters();
-    for (const auto& entry : list->entries)
-        if (entry.counter == counter)
-            return entry.spot.id;
-    return INVALID_ID;
-}
-
 void showPointedAt(System::Data& data)
 {
     Render::HistoryView& view = data.render.historyView;
     const unsigned slot = std::exchange(view.slot, INVALID_ID);
-    const unsigned node = slot == INVALID_ID ? INVALID_ID : nodeOf(data, slot);
+    const unsigned node = slot == INVALID_ID ? INVALID_ID : data.tree.drawnCounter(slot);
     if (node == INVALID_ID)
         return;
     const std::string path = data.tree.path(node, data.render);
@@ -298,6 +280,7 @@ void drawHistoryView(System::Data& data)
     showPointedAt(data);
     if (const widgets::PopupScope menu(kPopup); menu.open)
         drawEntries(data);
+    data.render.historyView.ranges.endDraw();
 }
 
 } // namespace statistics

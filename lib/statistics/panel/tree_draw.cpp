@@ -94,6 +94,11 @@ void Tree::draw(Render& render, const Filter* filter)
     drawNode(render, *lines, m_nodes.begin());
 }
 
+unsigned Tree::drawnCounter(unsigned slot) const
+{
+    return m_derived.lines ? m_derived.lines->counterNode(*this, slot) : INVALID_ID;
+}
+
 /// True if all that was drawn takes the same room until a change is noted.
 bool Tree::drawNode(Render& render, TreeLines& lines, unsigned id)
 {

@@ -152,6 +152,15 @@ TreeLines::FilteredNodes& TreeLines::filteredNodes(const ImGuiStorage* usual)
     return m_filteredNodes.back();
 }
 
+void TreeLines::setOpen(ImGuiID node, bool open)
+{
+    ImGuiStorage* usual = ImGui::GetStateStorage();
+    usual->SetInt(node, open ? 1 : 0);
+    for (const FilteredNodes& nodes : m_filteredNodes)
+        if (nodes.usual == usual)
+            nodes.states->SetInt(node, open ? 1 : 0);
+}
+
 void TreeLines::noteOpenNodes(const ImGuiStorage& states)
 {
     Look& look = m_looks.front();
@@ -190,8 +199,7 @@ void TreeLines::forgetChanges(const Tree& tree, const Render& render)
 {
     Look& look = m_looks.front();
     const auto forgetCounter = [&](unsigned slot) {
-        const unsigned node = slot < m_counterNodes.size() ? m_counterNodes[slot] : INVALID_ID;
-        if (tree.contains(node) && tree.item(node) == itemId(ItemType::Counter, slot))
+        if (const unsigned node = counterNode(tree, slot); node != INVALID_ID)
             forget(tree, node);
     };
     const bool allNodes = tree.changes().readFrom(look.nodesRead, [&](unsigned node) { forget(tree, node); });
@@ -317,6 +325,12 @@ void TreeLines::keepCounter(unsigned slot, unsigned node)
 {
     if (slot < m_counterNodes.size())
         m_counterNodes[slot] = node;
+}
+
+unsigned TreeLines::counterNode(const Tree& tree, unsigned slot) const
+{
+    const unsigned node = slot < m_counterNodes.size() ? m_counterNodes[slot] : INVALID_ID;
+    return tree.contains(node) && tree.item(node) == itemId(ItemType::Counter, slot) ? node : INVALID_ID;
 }
 
 } // namespace statistics

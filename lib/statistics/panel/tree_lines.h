@@ -67,6 +67,9 @@ public:
     /// its own, so that what the user does meanwhile goes with it.
     ImGuiStorage* begin(Tree& tree, Render& render, const Filter* filter);
 
+    /// Opens or closes what the user sees next, and what is seen when a filter goes. Before `begin`.
+    void setOpen(ImGuiID node, bool open);
+
     // What the filter leaves, until the next `begin`.
     bool shows(unsigned node) const { return !m_filter || m_filter->shows(node); }
     bool showsBelow(unsigned node) const { return !m_filter || m_filter->leads(node); }
@@ -87,6 +90,8 @@ public:
     void keepBlock(unsigned parent, std::size_t position, const Extent& extent);
     /// Remembers which node shows the counter in a slot.
     void keepCounter(unsigned slot, unsigned node);
+    /// `INVALID_ID` if it was never drawn, or is gone.
+    unsigned counterNode(const Tree& tree, unsigned slot) const;
 
 private:
     /// What extents depend on besides the texts.

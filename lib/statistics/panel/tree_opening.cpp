@@ -1,6 +1,7 @@
 // Nodes that the host wants open or closed: what the user's own clicks change is set in ImGui's storage.
 
 #include "tree.h"
+#include "tree_lines.h"
 #include "tree_node.h"
 
 #include <imgui.h>
@@ -47,7 +48,7 @@ void Tree::takeOpenings(const Render& render)
         return;
     NodeIds ids(*this, render);
     for (const auto& [node, open] : m_derived.openings)
-        ImGui::GetStateStorage()->SetInt(ids.find(node), open ? 1 : 0);
+        m_derived.lines->setOpen(ids.find(node), open);
     m_derived.openings.clear(); // not before: memory may fail
 }
 

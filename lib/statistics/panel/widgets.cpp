@@ -89,7 +89,32 @@ bool nextWindowHasSize()
 #endif
 }
 
+/// What it gives must be heeded: without a tooltip there is none to end.
+bool beginTooltip()
+{
+#if IMGUI_VERSION_NUM >= 18970
+    return ImGui::BeginTooltip();
+#else
+    ImGui::BeginTooltip();
+    return true;
+#endif
+}
+
 } // namespace
+
+TooltipScope::TooltipScope(float width) : open(beginTooltip())
+{
+    if (open)
+        ImGui::PushTextWrapPos(layout::scaled(width));
+}
+
+TooltipScope::~TooltipScope()
+{
+    if (!open)
+        return;
+    ImGui::PopTextWrapPos();
+    ImGui::EndTooltip();
+}
 
 namespace {
 

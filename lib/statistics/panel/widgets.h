@@ -57,6 +57,18 @@ public:
     const bool open;
 };
 
+/// A window of its own at the mouse; `open` tells whether it shows. Longer texts are wrapped at `width`, in
+/// pixels of the layout.
+class [[nodiscard]] TooltipScope {
+public:
+    explicit TooltipScope(float width);
+    ~TooltipScope();
+    TooltipScope(const TooltipScope&) = delete;
+    TooltipScope& operator=(const TooltipScope&) = delete;
+
+    const bool open;
+};
+
 /// Columns whose set is as wide as it was laid out, whatever the window does: widths stay for any size of the
 /// window, any indent and scrollbar, and where the user dragged a border. A border that is dragged to the
 /// right takes from the last column as far as its floor; from there on the set grows.
