@@ -93,6 +93,14 @@ TEST_F(TableOnPanel, onlyAKeyColumnShowsTheSelection)
     rows[0] = {"zzz", 9};
     ui.click("Name");
     EXPECT_EQ(selected(), (Lines{"gamma", "1 B"})) << "a place in the view";
+    ui.setScene([this] {
+        system().draw();
+        if (table.m_selectedRow == 0)
+            throw table.m_selectedRow; // so that this frame is the last
+    });
+    EXPECT_THROW(ui.click("zzz"), std::size_t);
+    EXPECT_TRUE(ui.read().rectsOf(ImGui::GetColorU32(ImGuiCol_Header)).empty()) << "not a frame later";
+    table.m_selectedRow = 1;
     rows.resize(1);
     show();
     EXPECT_EQ(selected(), Lines{});

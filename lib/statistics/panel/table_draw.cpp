@@ -21,9 +21,8 @@ namespace {
 
 constexpr const char* kPopup = "tablePopup";
 
-/// What the user did to the rows in this frame: view rows.
+/// What the user did to the rows in this frame, for which the selection has moved already: view rows.
 struct RowEvents {
-    std::size_t clicked = NO_INDEX;
     std::size_t doubleClicked = NO_INDEX;
     std::size_t rightClicked = NO_INDEX;
 };
@@ -35,31 +34,30 @@ const std::string& cellText(const std::vector<std::string>& row, std::size_t col
 }
 
 /// Draws one cell. True if the mouse is over it.
-bool drawCell(const Table& table, std::size_t viewRow, std::size_t column, const std::string& text,
-              bool selected, RowEvents& events)
+bool drawCell(Table& table, std::size_t viewRow, std::size_t column, const std::string& text, bool selected)
 {
     if (column != table.m_keyColumn)
         widgets::text(text);
     else if (widgets::rowSelectable(text, selected))
-        events.clicked = viewRow;
+        table.m_selectedRow = viewRow;
     return ImGui::IsItemHovered(0);
 }
 
 /// The row's own events come once, although the mouse is over the cell and over the row-wide selectable.
-void drawRow(const Table& table, const std::vector<std::string>& row, std::size_t viewRow,
-             std::size_t columns, RowEvents& events)
+void drawRow(Table& table, const std::vector<std::string>& row, std::size_t viewRow, std::size_t columns,
+             RowEvents& events)
 {
     const widgets::IdScope id(viewRow);
     const bool selected = table.m_selectedRow == viewRow;
     bool hovered = false;
     for (std::size_t column = 0; column < columns; ++column) {
-        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected, events);
+        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected);
         ImGui::NextColumn();
     }
     if (hovered && ImGui::IsMouseDoubleClicked(0))
-        events.doubleClicked = viewRow;
-    if (hovered && ImGui::IsMouseClicked(1, false))
-        events.rightClicked = viewRow;
+        events.doubleClicked = table.m_selectedRow = viewRow;
+    if (hovered && ImGui::IsMouseClicked(1, false) && !table.m_rowActions.empty())
+        events.rightClicked = table.m_selectedRow = viewRow;
 }
 
 /// Draws the rows that are in view.
@@ -72,13 +70,9 @@ RowEvents drawRows(const ItemTable& item, std::size_t columns)
     return events;
 }
 
-/// Opens the context menu on a row. Without entries neither menu nor selection move.
 void openMenu(ItemTable& item, std::size_t viewRow)
 {
-    Table& table = *item.table;
-    if (table.m_rowActions.empty())
-        return;
-    table.m_selectedRow = viewRow;
+    const Table& table = *item.table;
     item.menuRow = viewRow < table.m_order.size() ? table.m_order[viewRow] : NO_INDEX;
     ImGui::OpenPopup(kPopup);
 }
@@ -139,9 +133,6 @@ std::size_t Render::drawTableColumns(unsigned slot, Table& table)
     if (!item)
         return NO_INDEX;
     const RowEvents events = drawRows(*item, count);
-    for (const std::size_t row : {events.clicked, events.doubleClicked})
-        if (row != NO_INDEX)
-            table.m_selectedRow = row;
     if (events.rightClicked != NO_INDEX)
         openMenu(*item, events.rightClicked);
     return events.doubleClicked < item->rows.size() ? events.doubleClicked : NO_INDEX;
