@@ -23,6 +23,7 @@ protected:
     auto doing(std::string_view functor, Read read)
     {
         return [this, functor, read, witness = std::string(100, 'w')](auto... row) {
+            EXPECT_EQ(system().getTable(inner), model) << "none of a removed table";
             if (functor == moment && wait-- == 0)
                 deed();
             EXPECT_EQ(witness.back(), 'w');
@@ -203,14 +204,43 @@ TEST_F(TableFunctors, mayReplaceThemselvesAndLiveOnUntilTheCallReturns)
     EXPECT_EQ(ui.clipboard(), "") << "of no columns";
 }
 
+TEST_F(TableFunctors, areFoundAfreshInTheirColumnsAtEveryUse)
+{
+    sample();
+    int old = 0;
+    const auto readOnce = [&](std::size_t) {
+        table.m_header[1].getter = [](std::size_t row) { return static_cast<int>(row); };
+        ++old;
+        return 5;
+    };
+    const auto replaceOther = [&, read = table.m_header[0].getter](std::size_t row) {
+        table.m_header[1].getter = [](std::size_t) { return 7; };
+        return read(row);
+    };
+    table.m_header[0].getter = replaceOther;
+    system().updateNode(id);
+    EXPECT_EQ(item.rows[0], (Lines{"alpha", "7 B"}));
+    table.m_header[1].getter = readOnce;
+    EXPECT_EQ(table.sumColumn(1), 5 + 1 + 2);
+    table.m_header[1].getter = readOnce;
+    table.sort(1, false);
+    EXPECT_EQ(old, 2);
+}
+
 TEST_F(TableFunctors, thatAreMissingAreFoundOutWhateverBecomesOfTheirColumns)
 {
-    table.m_header[0].getter = [this](std::size_t) {
-        table.m_header.resize(20, table.m_header[1]);
-        return 1;
+    const auto grow = [this](auto...) {
+        table.m_header.resize(table.m_header.size() + 20, table.m_header[1]);
+        return rows.size();
     };
+    table.m_header[0].getter = [grow](std::size_t) { return unsigned(grow()); };
+    sample();
+    EXPECT_EQ(item.rows[0].size(), 2u) << "columns of the sort are for the next refresh";
     table.m_header[1].getter = nullptr;
     EXPECT_THROW(sample(), std::bad_function_call);
+    table.m_rowCount = grow;
+    EXPECT_THROW(table.sort(1, true), std::bad_function_call);
+    EXPECT_THROW(table.sumColumn(1), std::bad_function_call);
 }
 
 TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
@@ -237,23 +267,23 @@ TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
 
 TEST_F(TableFunctors, getNoRowThatHasGone)
 {
-    rows.resize(64, {"more", 5});
-    const auto shrinking = [this](std::size_t row) {
+    table.m_header[1].getter = [this](std::size_t row) {
         const CounterValue value = rows.at(row).size; // throws for a row that has gone
-        if (--wait < 0 && !rows.empty())
-            rows.pop_back();
+        rows.pop_back();
         return value;
     };
-    table.m_header[1].getter = shrinking;
+    table.m_header[0].getter = table.m_header[1].getter;
     table.m_defaultAction = [this](std::size_t row) { rows.at(row); };
     statistics::addClipboardAction(id);
-    for (wait = 100; !rows.empty();) {
-        EXPECT_NO_THROW(table.sort(1, true));
-        EXPECT_NO_THROW(system().updateNode(id));
-        EXPECT_NO_THROW(table.runDefaultAction(5));
-        EXPECT_NO_THROW(table.runAction(0, 5));
+    const std::function<void()> uses[] = {
+        [this] { table.sort(1, true); },        [this] { system().updateNode(id); },
+        [this] { table.runDefaultAction(63); }, [this] { table.m_rowActions[0].action(63); },
+        [this] { table.getSortedCell(1, 63); },
+    };
+    for (const auto& use : uses) {
+        rows.resize(64, {"more", 5});
+        EXPECT_NO_THROW(use());
     }
-    EXPECT_EQ(table.getSortedCell(1, 0), "");
 }
 
 TEST_F(TableFunctors, areSortedOnceARefreshHoweverTheCountChangesMeanwhile)
@@ -286,7 +316,7 @@ TEST_F(TableFunctors, ofACopiedClipboardEntryActOnItsOwnTableWhileThatLives)
     EXPECT_EQ(ui.clipboard(), "uno\t5 B");
 }
 
-TEST_F(TableFunctors, thatThrowLeaveNoOldRowsAndWaitForTheirPeriod)
+TEST_F(TableFunctors, thatThrowLeaveNoOldCellsAndWaitForTheirPeriod)
 {
     schedule.start(0, 10);
     const Lines fresh = {"Name | Size", "alpha | 20 B", "beta | 30 B", "gamma | 10 B"};
@@ -301,8 +331,14 @@ TEST_F(TableFunctors, thatThrowLeaveNoOldRowsAndWaitForTheirPeriod)
         EXPECT_THROW(system().update(10, true), std::runtime_error);
         EXPECT_NO_THROW(system().update(9, true));
         ui.frames(2);
-        EXPECT_EQ(lines(), Lines(fresh.begin(), fresh.begin() + 1 + static_cast<std::ptrdiff_t>(whole)));
+        Lines read(fresh.begin(), fresh.begin() + 1 + static_cast<std::ptrdiff_t>(whole));
+        read.push_back(rows[table.m_order[whole]].name);
+        EXPECT_EQ(lines(), read);
     }
+    EXPECT_THROW(table.sort(1, false), std::runtime_error);
+    EXPECT_EQ(table.m_sortColumn, 1u);
+    EXPECT_FALSE(table.m_sortAscending);
+    EXPECT_EQ(table.m_order, (test::Indices{0, 1, 2}));
 }
 
 } // namespace

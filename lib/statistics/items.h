@@ -79,8 +79,6 @@ struct ItemCounter {
 /// A table on the panel: the model, and the cells of the last refresh. Its period and timer lie in
 /// `Render::tableSchedule`.
 struct ItemTable {
-    using Getters = std::vector<const std::function<CounterValue(std::size_t)>*>;
-
     ItemTable(std::string caption, std::function<std::size_t()> rowCount)
         : name(std::move(caption)), table(std::make_unique<Table>(std::move(rowCount)))
     {
@@ -93,7 +91,6 @@ struct ItemTable {
     std::size_t menuRow = NO_INDEX;             ///< data row that the context menu was opened on
     RowLines lines;                             ///< of `rows`
     CallScope::Place place;                     ///< for `table`, when the item is removed
-    Getters getters;                            ///< memory for a refresh, means nothing between refreshes
 };
 
 /// A check box on the panel.

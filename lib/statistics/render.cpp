@@ -43,13 +43,6 @@ void removeCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
     counters.erase(slot);
 }
 
-void removeTable(free_slot_vector<ItemTable>& tables, unsigned slot)
-{
-    if (tables.contains(slot))
-        CallScope::retire(std::move(tables[slot].table), std::move(tables[slot].place));
-    tables.erase(slot);
-}
-
 } // namespace
 
 /// An id of a kind that the operation doesn't know.
@@ -129,6 +122,17 @@ void Render::clearPresets()
     CallScope::retire(std::move(cleared), std::move(place));
 }
 
+/// A refresh, sort or sum that is under way calls no more functors of the table, either.
+void Render::removeTable(unsigned slot)
+{
+    if (tables.contains(slot)) {
+        ItemTable& item = tables[slot];
+        item.table->m_removed = true;
+        CallScope::retire(std::move(item.table), std::move(item.place));
+    }
+    tables.erase(slot);
+}
+
 void Render::removeItem(unsigned id)
 {
     const unsigned slot = itemSlot(id);
@@ -142,7 +146,7 @@ void Render::removeItem(unsigned id)
         return removeCounter(counters, slot);
     case ItemType::Table:
         tableSchedule.stop(slot);
-        return removeTable(tables, slot);
+        return removeTable(slot);
     case ItemType::Preset:
         return presets.erase(slot);
     case ItemType::Checkbox:

@@ -113,6 +113,7 @@ private:
 
     static void reportWrongType();
 
+    void removeTable(unsigned slot);
     void updateCounter(unsigned slot);
     void showValue(unsigned slot, const CounterValue& value);
     void updateTable(unsigned slot);

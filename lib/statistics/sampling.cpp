@@ -114,37 +114,39 @@ ItemTable* Render::tableItem(unsigned slot, const Table& table)
     return same ? &tables[slot] : nullptr;
 }
 
-/// The cells of a table as a refresh reads them: the row count and the columns are those of its start, and
+/// The cells of a table as a refresh reads them: the numbers of rows and columns are those of its start, and
 /// the order is settled once.
 class TableReading {
 public:
     /// Runs the row count.
-    explicit TableReading(Table& table) : rows(table.rowCount()), m_table(table) {}
-
-    /// Orders the rows if their number has changed, and finds the columns. Runs the getters of the sort.
-    void start(ItemTable::Getters& getters)
+    explicit TableReading(Table& table)
+        : rows(table.rowCount()), columns(table.m_header.size()), m_table(table)
     {
-        if (rows > 0 && !m_table.m_header.empty() && m_table.m_order.size() != rows)
-            m_table.order(rows, m_table.m_sortColumn, m_table.m_sortAscending);
-        getters.clear();
-        for (TableColumn& column : m_table.m_header)
-            getters.push_back(&pin(column.getter));
     }
-    /// An empty text where the row has gone meanwhile. Runs the row count and the getter.
-    CounterValue read(std::size_t viewRow, const std::function<CounterValue(std::size_t)>& getter) const
+
+    /// Orders the rows if their number has changed. Runs the getters of the sort.
+    void start() const
+    {
+        if (rows > 0 && columns > 0 && m_table.m_order.size() != rows)
+            m_table.order(rows, m_table.m_sortColumn, m_table.m_sortAscending);
+    }
+    /// An empty text where the row or the column has gone meanwhile. Runs the row count and the getter.
+    CounterValue read(std::size_t viewRow, std::size_t column) const
     {
         const std::size_t row = m_table.settledRow(viewRow);
-        return row != NO_INDEX ? getter(row) : CounterValue(std::string());
+        const bool present = row != NO_INDEX && column < m_table.m_header.size();
+        return present ? pin(m_table.m_header[column].getter)(row) : CounterValue(std::string());
     }
 
     const std::size_t rows;
+    const std::size_t columns;
 
 private:
     Table& m_table;
-    SettledOrder m_settled{m_table, SettledOrder::EReason::Refresh};
+    SettledOrder m_settled{m_table};
 };
 
-/// One refresh: rows that weren't read, for an exception or for want of columns, are empty instead of old.
+/// One refresh: cells that weren't read, for an exception or for want of columns, are empty instead of old.
 class Render::Refresh {
 public:
     /// Runs the row count.
@@ -154,7 +156,6 @@ public:
         if (ItemTable* item = this->item()) {
             item->rows.resize(m_reading.rows);
             item->lines.clear();
-            m_getters = std::exchange(item->getters, {});
         }
     }
     // NOLINTNEXTLINE(bugprone-exception-escape): the item is only reached for if it is there
@@ -163,9 +164,10 @@ public:
         ItemTable* item = this->item();
         if (!item)
             return;
-        for (std::size_t row = m_row; row < item->rows.size(); ++row)
-            item->rows[row].clear();
-        item->getters = std::move(m_getters);
+        for (std::size_t row = m_row; row < item->rows.size(); ++row) {
+            std::vector<std::string>& cells = item->rows[row];
+            cells.resize(std::min(std::exchange(m_column, 0), cells.size()));
+        }
     }
     Refresh(const Refresh&) = delete;
     Refresh& operator=(const Refresh&) = delete;
@@ -173,10 +175,10 @@ public:
     /// Runs the row count and the getters, which may remove the table.
     void readRows()
     {
-        m_reading.start(m_getters);
-        for (; m_row < m_reading.rows && !m_getters.empty(); ++m_row)
-            for (std::size_t column = 0; column < m_getters.size(); ++column)
-                if (!readCell(column))
+        m_reading.start();
+        for (; m_row < m_reading.rows && m_reading.columns > 0; ++m_row)
+            for (m_column = 0; m_column < m_reading.columns; ++m_column)
+                if (!readCell())
                     return;
     }
 
@@ -184,18 +186,16 @@ private:
     ItemTable* item() { return m_render.tableItem(m_slot, m_table); }
 
     /// False if a functor has removed the table, or taken the row away by a refresh of its own.
-    bool readCell(std::size_t column)
+    bool readCell()
     {
-        const CounterValue value = column < m_table.m_header.size()
-                                       ? m_reading.read(m_row, *m_getters[column])
-                                       : CounterValue(std::string());
+        const CounterValue value = m_reading.read(m_row, m_column);
         ItemTable* item = this->item();
         if (!item || m_row >= item->rows.size())
             return false;
         std::vector<std::string>& cells = item->rows[m_row];
-        cells.resize(m_getters.size());
-        m_table.printCell(cells[column], column, value);
-        item->lines.add(m_row, cells[column]);
+        cells.resize(m_reading.columns);
+        m_table.printCell(cells[m_column], m_column, value);
+        item->lines.add(m_row, cells[m_column]);
         return true;
     }
 
@@ -203,8 +203,8 @@ private:
     unsigned m_slot;
     Table& m_table;
     TableReading m_reading;
-    ItemTable::Getters m_getters;
     std::size_t m_row = 0;
+    std::size_t m_column = 0; ///< of the cell that is read next
 };
 
 /// Runs the row count and the getters.

@@ -206,8 +206,12 @@ void System::copyRow(Table* table, std::size_t row)
 {
     const CallScope call;
     const System* system = instance();
-    if (system && system->m_data->render.holdsTable(table) && row < pin(table->m_rowCount)())
-        setClipboardText(table->rowText(row));
+    const auto isThere = [&] { return system && system->m_data->render.holdsTable(table); };
+    if (!isThere() || row >= pin(table->m_rowCount)())
+        return;
+    const std::string text = table->rowText(row);
+    if (isThere())
+        setClipboardText(text);
 }
 
 void System::addTableCliboardAction(unsigned id)

@@ -3,6 +3,7 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "pinned.h"
+#include "rollback.h"
 #include "table_order.h"
 
 #include <algorithm>
@@ -42,9 +43,8 @@ void mergeRuns(const Order& source, Order& target, std::size_t run, const Before
 /// values don't order or change meanwhile. It also compares less often, and each comparison calls the host
 /// twice.
 template<typename Before>
-void mergeSort(Order& rows, const Before& before)
+void mergeSort(Order& rows, Order& merged, const Before& before)
 {
-    Order merged(rows.size());
     for (std::size_t run = 1; run < rows.size(); run *= 2) {
         mergeRuns(rows, merged, run, before);
         rows.swap(merged);
@@ -59,19 +59,43 @@ Table::Table(std::function<std::size_t()> rowCount) : m_rowCount(std::move(rowCo
     pin(m_rowCount);
 }
 
-/// Runs the host's functor.
+/// What a sort needs, taken before anything changes.
+struct Table::SortMemory {
+    /// The rows in data order.
+    explicit SortMemory(std::size_t count) : unsorted(count), rows(count), merged(count)
+    {
+        std::iota(unsorted.begin(), unsorted.end(), std::size_t{0});
+    }
+
+    Order unsorted;
+    Order rows;
+    Order merged;
+};
+
+/// None once the table is removed. Runs the host's functor.
 std::size_t Table::rowCount() const
 {
-    return pin(const_cast<Table*>(this)->m_rowCount)();
+    if (m_removed)
+        return 0;
+    const std::size_t count = pin(const_cast<Table*>(this)->m_rowCount)();
+    return m_removed ? 0 : count;
 }
 
 void Table::sort(std::size_t column, bool ascending)
 {
     if (!ORV_ASSERT(column < m_header.size()))
         return;
-    applySort(column, ascending);
-    m_sortColumn = column;
-    m_sortAscending = ascending;
+    const CallScope call;
+    const std::size_t columnBefore = std::exchange(m_sortColumn, column);
+    const bool ascendingBefore = std::exchange(m_sortAscending, ascending);
+    const std::size_t count = rowCount();
+    Rollback storing([&] {
+        m_sortColumn = columnBefore;
+        m_sortAscending = ascendingBefore;
+    });
+    SortMemory memory(count);
+    storing.done();
+    order(std::move(memory), column, ascending);
 }
 
 void Table::applySort(std::size_t column, bool ascending)
@@ -80,27 +104,36 @@ void Table::applySort(std::size_t column, bool ascending)
     order(rowCount(), column, ascending);
 }
 
-/// Runs the row count and the getter. Rows that go meanwhile aren't read: they end up anywhere.
 void Table::order(std::size_t count, std::size_t column, bool ascending)
 {
-    Order rows(count);
-    std::iota(rows.begin(), rows.end(), std::size_t{0});
-    if (column < m_header.size()) {
-        const SettledOrder settled(*this, SettledOrder::EReason::Sort);
-        const Getter& getter = pinnedGetter(m_header[column]);
-        const std::function<std::size_t()>& present = pin(m_rowCount);
-        const auto value = [&](std::size_t row) { return row < present() ? getter(row) : CounterValue(); };
-        const auto less = [&](std::size_t a, std::size_t b) {
-            const CounterValue first = value(a);
-            return first < value(b);
-        };
-        const auto greater = [&](std::size_t a, std::size_t b) {
-            const CounterValue first = value(a);
-            return first > value(b);
-        };
-        ascending ? mergeSort(rows, less) : mergeSort(rows, greater);
-    }
-    m_order = std::move(rows);
+    order(SortMemory(count), column, ascending);
+}
+
+/// `Empty` for a row or column that has gone. Runs the row count and the getter.
+CounterValue Table::presentValue(std::size_t column, std::size_t dataRow) const
+{
+    const bool present = dataRow < rowCount() && column < m_header.size();
+    return present ? pinnedGetter(m_header[column])(dataRow) : CounterValue();
+}
+
+/// Runs the row count and the getter. Rows that go meanwhile aren't read: they end up anywhere.
+void Table::order(SortMemory memory, std::size_t column, bool ascending)
+{
+    const SettledOrder settled(*this);
+    memory.rows = memory.unsorted;
+    m_order = std::move(memory.unsorted);
+    const auto less = [&](std::size_t a, std::size_t b) {
+        const CounterValue first = presentValue(column, a);
+        return first < presentValue(column, b);
+    };
+    const auto greater = [&](std::size_t a, std::size_t b) {
+        const CounterValue first = presentValue(column, a);
+        return first > presentValue(column, b);
+    };
+    if (column < m_header.size())
+        ascending ? mergeSort(memory.rows, memory.merged, less)
+                  : mergeSort(memory.rows, memory.merged, greater);
+    m_order = std::move(memory.rows);
 }
 
 /// The data row shown at `viewRow` as the rows are ordered now; `NO_INDEX` if the host has it no more. Runs
@@ -114,10 +147,7 @@ std::size_t Table::settledRow(std::size_t viewRow) const
 std::size_t Table::dataRow(std::size_t viewRow)
 {
     const CallScope call;
-    const SettledOrder* settled = SettledOrder::of(*this);
-    if (settled && settled->reason == SettledOrder::EReason::Sort)
-        return viewRow < rowCount() ? viewRow : NO_INDEX;
-    if (!settled) {
+    if (!SettledOrder::isOn(*this)) {
         const std::size_t count = rowCount();
         if (m_order.size() == count)
             return viewRow < count && m_order[viewRow] < count ? m_order[viewRow] : NO_INDEX;
@@ -157,7 +187,8 @@ std::string Table::rowText(std::size_t dataRow) const
     for (std::size_t column = 0; column < m_header.size(); ++column) {
         if (column > 0)
             text += '\t';
-        text += getCell(column, dataRow);
+        if (dataRow < rowCount())
+            text += getCell(column, dataRow);
     }
     return text;
 }
@@ -167,11 +198,10 @@ CounterValue Table::sumColumn(std::size_t column) const
     if (!ORV_ASSERT(column < m_header.size()))
         return {};
     const CallScope call;
-    const Getter& getter = pinnedGetter(m_header[column]);
     const std::size_t count = rowCount();
     CounterValue sum;
-    for (std::size_t row = 0; row < count; ++row)
-        sum += getter(row);
+    for (std::size_t row = 0; row < count && !m_removed && column < m_header.size(); ++row)
+        sum += pinnedGetter(m_header[column])(row);
     return sum;
 }
 

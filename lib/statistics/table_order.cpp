@@ -4,8 +4,7 @@ namespace statistics {
 
 const SettledOrder* SettledOrder::s_innermost = nullptr;
 
-SettledOrder::SettledOrder(const Table& table, EReason why) noexcept
-    : reason(why), m_table(table), m_outer(s_innermost)
+SettledOrder::SettledOrder(const Table& table) noexcept : m_table(table), m_outer(s_innermost)
 {
     s_innermost = this;
 }
@@ -15,12 +14,12 @@ SettledOrder::~SettledOrder()
     s_innermost = m_outer;
 }
 
-const SettledOrder* SettledOrder::of(const Table& table) noexcept
+bool SettledOrder::isOn(const Table& table) noexcept
 {
     const SettledOrder* settled = s_innermost;
     while (settled && &settled->m_table != &table)
         settled = settled->m_outer;
-    return settled;
+    return settled != nullptr;
 }
 
 } // namespace statistics

@@ -11,17 +11,13 @@ class Table;
 /// for each cell of a refresh while other threads change the number of rows. Runs no functors.
 class [[nodiscard]] SettledOrder {
 public:
-    enum class EReason { Sort, Refresh };
-
-    SettledOrder(const Table& table, EReason why) noexcept;
+    explicit SettledOrder(const Table& table) noexcept;
     ~SettledOrder();
     SettledOrder(const SettledOrder&) = delete;
     SettledOrder& operator=(const SettledOrder&) = delete;
 
-    /// The innermost one on a table, null if its order isn't settled.
-    static const SettledOrder* of(const Table& table) noexcept;
-
-    const EReason reason;
+    /// True while one on this table lives.
+    static bool isOn(const Table& table) noexcept;
 
 private:
     const Table& m_table;

@@ -38,8 +38,10 @@ struct RowAction {
 /// the order, the selection and the actions. It stores no cell; each read of a cell calls the host.
 ///
 /// A data row is an index that the host's functors understand, a view row a position on the screen. Every
-/// functor receives data rows, and none that the row count functor doesn't count any more. Tables are made by
-/// `System::createTable` and owned by their item; a `Table` keeps its address until the item goes.
+/// functor receives data rows; a refresh, a sort, the text of a row and the actions ask the row count functor
+/// before each call, and none of them calls a functor with a row that it doesn't count any more. Tables are
+/// made by `System::createTable` and owned by their item; a `Table` keeps its address until the item goes,
+/// and calls no functor for the panel or for a sum from then on.
 ///
 /// Functors run on the thread that drives the library and may call every operation of the library but
 /// `initialize`, `shutdown`, `update` and `draw`. They are called where they are, never through a copy, so a
@@ -59,13 +61,13 @@ public:
                             std::move(upper), widthFraction});
     }
 
-    /// Makes `column` the sort column and orders the rows by it. A column out of range is reported. Runs the
-    /// row count and the column's getter, which is called for both rows of each comparison; if one throws,
-    /// nothing has changed.
+    /// Makes `column` the sort column, then orders the rows by it. A column out of range is reported. Runs
+    /// the row count and the column's getter, which is called for both rows of each comparison. If one
+    /// throws, column and direction are the new ones all the same; if memory fails, they are as they were.
     void sort(std::size_t column, bool ascending);
     /// Orders the rows anew, from data order, without storing the arguments. Equal rows keep data order.
     /// Values that don't order (NaN, mixed kinds, values that change meanwhile) give some order of all rows.
-    /// Runs the same functors.
+    /// Runs the same functors; if the getter throws, the rows are in data order.
     void applySort(std::size_t column, bool ascending);
 
     /// A cell's text, with the column's format. Empty if there is no such column. Runs the column's getter,
@@ -75,13 +77,13 @@ public:
     /// such row or column. Runs the row count and getters.
     std::string getSortedCell(std::size_t column, std::size_t viewRow);
     /// The data row shown at `viewRow`, `NO_INDEX` if there is none; first orders the rows anew if their
-    /// number has changed. Within a sort of this table it is `viewRow` itself. Runs the row count, and the
-    /// getters of a sort.
+    /// number has changed, but not within a sort of this table, which begins with data order. Runs the row
+    /// count, and the getters of a sort.
     std::size_t dataRow(std::size_t viewRow);
     /// Prints a value as a cell of the column.
     void printCell(std::string& text, std::size_t column, const CounterValue& value) const;
-    /// The cells of a data row as the table shows them, separated by tabs. Runs the getters, with any
-    /// `dataRow` that is given.
+    /// The cells of a data row as the table shows them, separated by tabs; empty ones if the row isn't there,
+    /// or goes meanwhile. Runs the row count and the getters.
     std::string rowText(std::size_t dataRow) const;
     /// The sum of a column over all data rows, `Empty` without rows. A column out of range is reported. Runs
     /// the row count once, and the getter for each of these rows, whatever becomes of their number meanwhile.
@@ -105,12 +107,18 @@ public:
     bool m_sortAscending = true;
 
 private:
+    friend class Render;
     friend class TableReading;
+    struct SortMemory;
 
     std::size_t rowCount() const;
+    CounterValue presentValue(std::size_t column, std::size_t dataRow) const;
     void order(std::size_t count, std::size_t column, bool ascending);
+    void order(SortMemory memory, std::size_t column, bool ascending);
     std::size_t settledRow(std::size_t viewRow) const;
     void run(std::function<void(std::size_t)>& action, std::size_t viewRow);
+
+    bool m_removed = false; ///< from the panel, while functors of this table may still be running
 };
 
 } // namespace statistics
