@@ -216,6 +216,8 @@ TEST_F(SnapshotFile, whatStandsAtItsNameIsReplacedAndNeverWrittenThrough)
     fs::create_directory(dir("root/bench/a.csv"));
     const auto refused = statistics::writeSnapshotFile(dir("root"), "bench/a.csv", {});
     EXPECT_EQ(refused.step, ESnapshotWrite::NotPlaced);
+    const auto unnamed = statistics::writeSnapshotFile(dir("root"), "bench/" + std::string(256, 'n'), {});
+    EXPECT_EQ(describe(unnamed), "no file can be made: File name too long");
     EXPECT_EQ(filesIn(dir("root")), 1u);
 }
 
@@ -262,9 +264,12 @@ TEST_F(SnapshotFile, whereNoFileCanBeMadeInTheRootItIsMadeInItsFolder)
     fs::remove_all(dir("root/bench"));
     fs::create_directory_symlink(other, dir("root/bench"));
     fs::create_symlink(dir("outside.csv"), dir("root/bench/a.csv"));
+    const fs::file_time_type longAgo{};
+    fs::last_write_time(dir("root"), longAgo);
     EXPECT_EQ(written({{"a", 1}}), kHead + "a\t1\n");
     EXPECT_FALSE(dir.has("outside.csv"));
     EXPECT_EQ(filesIn(dir("root")), 1u);
+    EXPECT_EQ(fs::last_write_time(dir("root")), longAgo) << "its disk may be full";
     fs::remove_all(other);
 }
 

@@ -189,19 +189,25 @@ TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
 {
     dir.write("root/linked to/three.csv", kHead);
     dir.write("root/old/deeper/four.txt", "");
-    createOpened();
-    ui.moveTo("Clear tree");
-    ui.frames(2);
-    const std::string place = " below " + dir("root");
-    EXPECT_TRUE(ui.read().contains("Deletes 2 folders with 4 files" + place));
+    dir.write("root/old/one.csv", kHead);
+    dir.write("other/one/a.csv", kHead);
+    EXPECT_TRUE(create());
+    click({"Diff"});
+    ui.moveTo("Clear tree"); // and rest there
+    const auto tells = [this](const char* what, const char* root = "root") {
+        ui.frames(2);
+        return ui.read().contains("Deletes " + (what + (" below " + dir(root))));
+    };
+    EXPECT_TRUE(tells("2 folders with 3 files"));
     dir.write("root/old/late.txt", "");
-    ui.frames(2); // counted once
-    EXPECT_TRUE(ui.read().contains("Deletes 2 folders with 4 files" + place));
-    ui.click("Clear tree");
-    ui.frames(2);
-    ui.moveTo("Clear tree"); // it stands where fewer lines are above it
-    ui.frames(2);
-    EXPECT_TRUE(ui.read().contains("Deletes 0 folders with 0 files" + place));
+    EXPECT_TRUE(tells("2 folders with 3 files")) << "counted once";
+    system().recordSnapshot();
+    EXPECT_TRUE(tells("3 folders with 5 files"));
+    TestAccess::clearSnapshots(); // as a press of a key does
+    EXPECT_TRUE(tells("0 folders with 0 files"));
+    EXPECT_TRUE(system().removeStatsAnalyzer());
+    EXPECT_TRUE(create("other"));
+    EXPECT_TRUE(tells("1 folder with 1 file", "other"));
 }
 
 TEST_F(SnapshotPanel, pointingAtABoxWhoseSnapshotIsNotOnDiskTellsWhy)
@@ -215,6 +221,31 @@ TEST_F(SnapshotPanel, pointingAtABoxWhoseSnapshotIsNotOnDiskTellsWhy)
     EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
 }
 
+TEST_F(SnapshotPanel, theBoxOfTwoSnapshotsOfOneSecondTellsWhetherTheirFileIsThere)
+{
+    EXPECT_TRUE(create());
+    const auto take = [this](bool blocked) {
+        fs::remove_all(dir("root"));
+        if (blocked)
+            dir.write("root/bench", "a file where the folder should be");
+        TestAccess::takeSnapshot();
+    };
+    const auto note = [] {
+        const statistics::Render& render = TestAccess::render();
+        statistics::SnapshotGroup& group = TestAccess::data().snapshotGroup;
+        const unsigned folder = group.tree.findChild(group.snapshotsNode, "bench", render);
+        const unsigned box = group.tree.findChild(folder, snapshots().back().name, render);
+        return render.checkboxes[statistics::itemSlot(group.tree.item(box))].note;
+    };
+    for (const bool firstFails : {true, false}) {
+        do {
+            take(firstFails);
+            take(!firstFails);
+        } while (snapshots().rbegin()[0].name != snapshots().rbegin()[1].name);
+        EXPECT_EQ(note().empty(), firstFails) << note();
+    }
+}
+
 TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
 {
     const std::string nul("a\0b", 3);
@@ -223,7 +254,9 @@ TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
     for (const char* dropped : {".. ", "..."})
         EXPECT_FALSE(statistics::isFolderName(dropped)) << dropped;
 #endif
-    for (const std::string& folder : Lines{"", ".", "..", "a/b", "a/", "/", "/a", "../a", nul, "bench"}) {
+    const std::string tooLong(256, 'f');
+    for (const std::string& folder :
+         Lines{"", ".", "..", "a/b", "a/", "/", "/a", "../a", nul, tooLong, "bench"}) {
         const bool isFolder = folder == "bench";
         for (const std::string& badRoot : Lines{isFolder ? "" : root, isFolder ? root + nul : root}) {
             test::Reports reports;

@@ -139,6 +139,12 @@ TEST_F(SnapshotStore, staysWhereItWasMadeWhenTheHostChangesItsDirectory)
     EXPECT_EQ(store.root, "root");
     EXPECT_TRUE(fs::is_empty(dir("there/root")));
     EXPECT_TRUE(dir.has("elsewhere/root/one/mine.csv"));
+
+    fs::create_directory(dir("gone"));
+    fs::current_path(dir("gone"));
+    fs::remove(dir("gone"));
+    EXPECT_NO_THROW(StatisticsAnalyzer("root", "bench"));
+    fs::current_path(before);
 }
 
 TEST_F(SnapshotStore, aFileThatStandsWhereAFolderWasStaysAndIsAnError)

@@ -112,7 +112,8 @@ void SnapshotGroup::setNote(const std::string& name, const std::string& folder, 
                             Render& render)
 {
     const unsigned box = tree.findChild(tree.findChild(snapshotsNode, folder, render), name, render);
-    render.checkboxes[itemSlot(tree.item(box))].note = note;
+    if (box != INVALID_ID)
+        render.checkboxes[itemSlot(tree.item(box))].note = note;
 }
 
 void SnapshotGroup::sort(bool byName, const Render& render)

@@ -152,6 +152,11 @@ void NativeFile::close(std::error_code& error)
 
 #ifdef _WIN32
 
+bool areOnTwoDevices(const std::filesystem::path& /*one*/, const std::filesystem::path& /*other*/)
+{
+    return false;
+}
+
 void NativeFile::claim() const {}
 
 void NativeFile::removeUnclaimed(const std::filesystem::path& path)
@@ -161,6 +166,14 @@ void NativeFile::removeUnclaimed(const std::filesystem::path& path)
 }
 
 #else
+
+bool areOnTwoDevices(const std::filesystem::path& one, const std::filesystem::path& other)
+{
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev != second.st_dev;
+}
 
 void NativeFile::claim() const
 {

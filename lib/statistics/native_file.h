@@ -43,4 +43,7 @@ private:
     int m_handle; ///< negative: none
 };
 
+/// True if it is known that nothing can be renamed from one directory into the other. False proves nothing.
+bool areOnTwoDevices(const std::filesystem::path& one, const std::filesystem::path& other);
+
 } // namespace statistics

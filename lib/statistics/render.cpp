@@ -92,6 +92,7 @@ unsigned Render::createSnapshotControl(std::function<void()> takeSnapshot, std::
     takeSnapshotFunctor = std::move(takeSnapshot);
     saveDiffFunctor = std::move(saveDiff);
     clearTreeFunctor = std::move(clearTree);
+    clearTreeNote.clear();
     return itemId(ItemType::SnapshotControl, 0);
 }
 
@@ -107,6 +108,7 @@ void Render::clearSnapshotControl()
     saveDiffFunctor = nullptr;
     clearTreeFunctor = nullptr;
     clearTreeNoteFunctor = nullptr;
+    clearTreeNote.clear();
 }
 
 void Render::clearDiffTable()

@@ -90,6 +90,7 @@ public:
     std::function<void()> saveDiffFunctor;
     std::function<void()> clearTreeFunctor;
     std::function<std::string()> clearTreeNoteFunctor; ///< what "Clear tree" would do, in words
+    std::string clearTreeNote; ///< these words while the user points at the button; empty: to be asked for
     std::function<DiffTable&()> diffTableFunctor;
     std::size_t diffColumnCount = NO_INDEX; ///< snapshot columns when the comparison was last drawn
     bool diffWidthsPending = true;
@@ -144,10 +145,9 @@ private:
     ItemTable* tableItem(unsigned slot, const Table& table);
 
     std::size_t m_diffRowCount = 0;
-    RowLines m_diffLines;        ///< of the comparison's rows
-    std::string m_clearTreeNote; ///< while the user points at the button
-    std::string m_diffText;      ///< memory for the values' texts
-    std::string m_valueText;     ///< memory for a counter's new text
+    RowLines m_diffLines;    ///< of the comparison's rows
+    std::string m_diffText;  ///< memory for the values' texts
+    std::string m_valueText; ///< memory for a counter's new text
 };
 
 } // namespace statistics

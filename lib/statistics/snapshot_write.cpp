@@ -112,8 +112,18 @@ bool isDenied(const std::error_code& error)
            error == std::errc::read_only_file_system;
 }
 
+/// A name that is too long, for instance, has nothing to replace.
+ESnapshotWrite notRenamedTo(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(path, ignored)) ? ESnapshotWrite::NotPlaced
+                                                         : ESnapshotWrite::NotCreated;
+}
+
 SnapshotWriting makeAndRename(const fs::path& root, const fs::path& path, const SnapshotValues& values)
 {
+    if (areOnTwoDevices(root, path.parent_path()))
+        return makeInPlace(path, values);
     const fs::path unfinished = root / unfinishedName();
     const SnapshotWriting made = makeFile(unfinished, values);
     if (made.step == ESnapshotWrite::NotCreated && isDenied(made.error))
@@ -128,7 +138,7 @@ SnapshotWriting makeAndRename(const fs::path& root, const fs::path& path, const 
     fs::remove(unfinished, ignored);
     if (error == std::errc::cross_device_link)
         return makeInPlace(path, values);
-    return {ESnapshotWrite::NotPlaced, error};
+    return {notRenamedTo(path), error};
 }
 
 SnapshotWriting tryToWrite(const fs::path& root, const fs::path& path, const SnapshotValues& values)

@@ -64,14 +64,15 @@ void forEachEntry(const fs::path& directory, const Visit& visit)
         throwIf(error, "directory_iterator::directory_iterator", directory);
 }
 
+/// As it was given where there is no telling.
 fs::path absolutePath(const fs::path& path)
 {
-    std::error_code error;
+    std::error_code error; // such as that the current directory is gone
     fs::path result = fs::absolute(path, error);
-    throwIf(error, "absolute", path);
-    return result;
+    return error ? path : result;
 }
 
+constexpr std::size_t kLongestName = 255; ///< of a folder, in the units of the file system
 constexpr std::size_t kMostCounted = 1000;
 
 struct FileCount {
@@ -121,8 +122,8 @@ bool localTime(std::time_t moment, std::tm& local)
 bool isFolderName(const std::string& name)
 {
     const fs::path path = toPath(name);
-    return isRootName(name) && path == path.filename() && name != "." && name != ".." &&
-           kDroppedEnds.find(name.back()) == std::string_view::npos;
+    return isRootName(name) && path == path.filename() && path.native().size() <= kLongestName &&
+           name != "." && name != ".." && kDroppedEnds.find(name.back()) == std::string_view::npos;
 }
 
 bool isRootName(const std::string& name)
@@ -190,6 +191,12 @@ void StatisticsAnalyzer::writeRecord(Snapshot& snapshot)
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
     if (writing.step != ESnapshotWrite::Written)
         snapshot.problem = describe(writing);
+}
+
+bool StatisticsAnalyzer::hasFile(const Snapshot& snapshot) const
+{
+    std::error_code ignored;
+    return fs::is_regular_file(toPath(pathOf(snapshot.folder)) / toPath(snapshot.name), ignored);
 }
 
 void StatisticsAnalyzer::saveSnapshot(SnapshotValues values)

@@ -44,7 +44,9 @@ public:
     /// Writes the file of a record, which learns why if that can't be done. The first writing of a store goes
     /// with the removal of what killed processes have left in `root`.
     void writeRecord(Snapshot& snapshot);
-    /// Both. What they throw leaves no record.
+    /// True if a file stands at the record's name, perhaps that of another record.
+    bool hasFile(const Snapshot& snapshot) const;
+    /// Adds and writes. What that throws leaves no record.
     void saveSnapshot(SnapshotValues values);
     /// Deletes the folders of all records from disk (`removeTree`), then forgets records and comparison. If a
     /// folder can't be deleted, that leaves as an exception and nothing is forgotten.

@@ -103,11 +103,13 @@ RecordedSnapshot System::Data::record(SnapshotValues values)
     const unsigned shown = publish(taken);
     Rollback publishing([&] { snapshotGroup.tree.removeItem(shown, render); });
     snapshotGroup.sort(render.options.sortSnapshots, render);
+    render.clearTreeNote.clear();
     RecordedSnapshot recorded{statsAnalyzer->pathOf(taken.folder) + '/' + taken.name, {}};
     statsAnalyzer->writeRecord(taken);
     recorded.problem = taken.problem;
-    if (!taken.problem.empty() && shown != INVALID_ID)
-        snapshotGroup.setNote(taken.name, taken.folder, "Not on disk: " + taken.problem, render);
+    // The box may be that of an earlier snapshot of this second, which has the same file.
+    const bool isOnDisk = taken.problem.empty() || statsAnalyzer->hasFile(taken);
+    snapshotGroup.setNote(taken.name, taken.folder, isOnDisk ? "" : "Not on disk: " + taken.problem, render);
     publishing.done();
     adding.done();
     return recorded;
@@ -138,6 +140,7 @@ void System::updateSnapshots()
 
 void System::clearSnapshots()
 {
+    m_data->render.clearTreeNote.clear();
     m_data->statsAnalyzer->clearSnapshots();
     m_data->snapshotGroup.clearSnapshots();
 }

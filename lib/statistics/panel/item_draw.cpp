@@ -109,14 +109,15 @@ void Render::drawSnapshotControl()
     drawButton("Save diff", saveDiffFunctor);
 }
 
-/// It looks at the disk, so it is made when the user begins to point at the button, and again after a click.
+/// It looks at the disk, so it is made when the user begins to point at the button, and again when the
+/// library has changed what is there.
 void Render::drawClearTreeNote()
 {
-    if (!ImGui::IsItemHovered(0) || ImGui::IsMouseReleased(0))
-        m_clearTreeNote.clear();
-    else if (m_clearTreeNote.empty() && clearTreeNoteFunctor)
-        m_clearTreeNote = clearTreeNoteFunctor();
-    showWhilePointedAt(m_clearTreeNote);
+    if (!ImGui::IsItemHovered(0))
+        clearTreeNote.clear();
+    else if (clearTreeNote.empty() && clearTreeNoteFunctor)
+        clearTreeNote = clearTreeNoteFunctor();
+    showWhilePointedAt(clearTreeNote);
 }
 
 } // namespace statistics
