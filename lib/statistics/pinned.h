@@ -52,9 +52,10 @@ private:
 template<typename Functor>
 Functor& pin(Functor& field)
 {
-    static Functor none; // and not the field, which may go
-    if (!field)
+    if (!field) {
+        static Functor none; // and not the field, which may go
         return none;
+    }
     if (const auto* pinned = field.template target<Pinned<Functor>>())
         return pinned->functor();
     Pinned<Functor> pinned;

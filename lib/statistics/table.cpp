@@ -109,26 +109,24 @@ void Table::order(std::size_t count, std::size_t column, bool ascending)
     order(SortMemory(count), column, ascending);
 }
 
-/// `Empty` for a row or column that has gone. Runs the row count and the getter.
-CounterValue Table::presentValue(std::size_t column, std::size_t dataRow) const
-{
-    const bool present = dataRow < rowCount() && column < m_header.size();
-    return present ? pinnedGetter(m_header[column])(dataRow) : CounterValue();
-}
-
 /// Runs the row count and the getter. Rows that go meanwhile aren't read: they end up anywhere.
 void Table::order(SortMemory memory, std::size_t column, bool ascending)
 {
     const SettledOrder settled(*this);
     memory.rows = memory.unsorted;
     m_order = std::move(memory.unsorted);
+    const std::function<std::size_t()>& count = pin(m_rowCount);
+    const auto value = [&](std::size_t row) {
+        const bool present = !m_removed && row < count() && !m_removed && column < m_header.size();
+        return present ? pinnedGetter(m_header[column])(row) : CounterValue();
+    };
     const auto less = [&](std::size_t a, std::size_t b) {
-        const CounterValue first = presentValue(column, a);
-        return first < presentValue(column, b);
+        const CounterValue first = value(a);
+        return first < value(b);
     };
     const auto greater = [&](std::size_t a, std::size_t b) {
-        const CounterValue first = presentValue(column, a);
-        return first > presentValue(column, b);
+        const CounterValue first = value(a);
+        return first > value(b);
     };
     if (column < m_header.size())
         ascending ? mergeSort(memory.rows, memory.merged, less)

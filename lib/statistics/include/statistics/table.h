@@ -112,7 +112,6 @@ private:
     struct SortMemory;
 
     std::size_t rowCount() const;
-    CounterValue presentValue(std::size_t column, std::size_t dataRow) const;
     void order(std::size_t count, std::size_t column, bool ascending);
     void order(SortMemory memory, std::size_t column, bool ascending);
     std::size_t settledRow(std::size_t viewRow) const;
