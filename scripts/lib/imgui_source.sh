@@ -5,12 +5,12 @@ imgui_origin() {
     apt-cache policy libimgui-dev | sed -nE 's/^ +[0-9]+ (https?:[^ ]+) ([^ /]+)\/([^ ]+) .*/\1 \2 \3/p' | head -n 1
 }
 
-# imgui_source <folder>: unpacks them there, once. Changes nothing in the system's apt, and needs rights only where
+# imgui_source <folder> [origin]: unpacks them there, once; this system's, or those of another origin. Changes nothing in the system's apt, and needs rights only where
 # that has no lists yet.
 imgui_source() {
-    local folder=$1 apt origin options
+    local folder=$1 origin=${2:-} apt options
     [[ ! -f $folder/imgui.h ]] || return 0
-    origin=$(imgui_origin)
+    [[ -n $origin ]] || origin=$(imgui_origin)
     if [[ -z $origin ]]; then
         apt-get -qq update
         origin=$(imgui_origin)
