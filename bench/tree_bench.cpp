@@ -4,7 +4,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <list>
+#include <random>
 #include <unordered_map>
 
 namespace {
@@ -99,15 +101,27 @@ BENCHMARK_CAPTURE(createHand, groups, 100)
 BENCHMARK_CAPTURE(createOurs, one, kOneParent)->Name("create under one parent/ours")->Arg(10000)->Arg(60000);
 BENCHMARK_CAPTURE(createHand, one, kOneParent)->Name("create under one parent/hand")->Arg(10000)->Arg(60000);
 
-/// One by one, in the order of creation.
-void removeOurs(benchmark::State& state, std::size_t groupSize)
+enum class EOrder { FirstToLast, LastToFirst, Random };
+
+template<typename T>
+void putInOrder(std::vector<T>& created, EOrder order)
+{
+    if (order == EOrder::LastToFirst)
+        std::reverse(created.begin(), created.end());
+    if (order == EOrder::Random)
+        std::shuffle(created.begin(), created.end(), std::mt19937(1));
+}
+
+/// One by one.
+void removeOurs(benchmark::State& state, EOrder order)
 {
     for (auto _ : state) {
         state.PauseTiming();
         auto library = std::make_unique<Library>();
-        fill(*library, static_cast<std::size_t>(state.range(0)), groupSize);
+        fill(*library, static_cast<std::size_t>(state.range(0)), kOneParent);
         std::vector<unsigned> ids;
         statistics::TestAccess::tree().forEachNode([&](unsigned id) { ids.push_back(id); });
+        putInOrder(ids, order);
         state.ResumeTiming();
         for (const unsigned id : ids)
             (*library)->removeItem(id);
@@ -117,7 +131,7 @@ void removeOurs(benchmark::State& state, std::size_t groupSize)
     }
 }
 
-void removeHand(benchmark::State& state)
+void removeHand(benchmark::State& state, EOrder order)
 {
     for (auto _ : state) {
         state.PauseTiming();
@@ -127,6 +141,7 @@ void removeHand(benchmark::State& state)
             items.add(0, bench::name(index));
             names.push_back("0/" + bench::name(index));
         }
+        putInOrder(names, order);
         state.ResumeTiming();
         for (const std::string& name : names) {
             const auto found = items.byName.find(name);
@@ -156,17 +171,25 @@ void removeAllOurs(benchmark::State& state, std::size_t groupSize)
 }
 
 BENCHMARK_CAPTURE(removeAllOurs, groups, 100)->Name("remove all, groups of 100/ours")->Arg(10000)->Arg(60000);
-BENCHMARK(removeHand)->Name("remove all, groups of 100/hand")->Arg(10000)->Arg(60000);
+BENCHMARK_CAPTURE(removeHand, groups, EOrder::FirstToLast)
+    ->Name("remove all, groups of 100/hand")
+    ->Arg(10000)
+    ->Arg(60000);
 BENCHMARK_CAPTURE(removeAllOurs, one, kOneParent)
     ->Name("remove all, one parent/ours")
     ->Arg(10000)
     ->Arg(60000);
-BENCHMARK(removeHand)->Name("remove all, one parent/hand")->Arg(10000)->Arg(60000);
-BENCHMARK_CAPTURE(removeOurs, one, kOneParent)
-    ->Name("remove one by one from one parent/ours")
+BENCHMARK_CAPTURE(removeHand, one, EOrder::FirstToLast)
+    ->Name("remove all, one parent/hand")
     ->Arg(10000)
     ->Arg(60000);
-BENCHMARK(removeHand)->Name("remove one by one from one parent/hand")->Arg(10000)->Arg(60000);
+#define STATISTICS_REMOVE(what, order)                                                                       \
+    BENCHMARK_CAPTURE(removeOurs, ours, order)->Name(what "/ours")->Arg(10000)->Arg(60000);                  \
+    BENCHMARK_CAPTURE(removeHand, hand, order)->Name(what "/hand")->Arg(10000)->Arg(60000)
+
+STATISTICS_REMOVE("remove one by one from one parent, first to last", EOrder::FirstToLast);
+STATISTICS_REMOVE("remove one by one from one parent, last to first", EOrder::LastToFirst);
+STATISTICS_REMOVE("remove one by one from one parent, at random", EOrder::Random);
 
 /// A path of three names, each among 1,000 siblings.
 void pathOurs(benchmark::State& state)

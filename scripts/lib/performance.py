@@ -31,6 +31,9 @@ AIMS = {
     "create under one parent": 3,
     "remove all, groups of 100": 3,
     "remove all, one parent": 3,
+    "remove one by one from one parent, first to last": 2,
+    "remove one by one from one parent, last to first": 2,
+    "remove one by one from one parent, at random": 2,
     "find a path of three names": 3,
     "collect warnings": {"10000": 1.5, "60000": 1.5},
     "metrics, publish": 1.5,
@@ -42,7 +45,7 @@ MEMORY_AIMS = {
     "memory of a past": ("memory of a counter's past, its samples apart", 32),
 }
 
-WITHOUT_AIM = ["choose a preset", "remove one by one from one parent"]
+WITHOUT_AIM = ["choose a preset"]
 
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
