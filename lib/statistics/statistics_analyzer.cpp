@@ -185,7 +185,7 @@ StatisticsAnalyzer::Snapshot& StatisticsAnalyzer::addRecord(SnapshotValues value
 void StatisticsAnalyzer::writeRecord(Snapshot& snapshot)
 {
     const std::string relativePath = Orv::orv_format("%s/%s", snapshot.folder.c_str(), snapshot.name.c_str());
-    // A list of the whole root for every snapshot would cost as much as the writing of a short one.
+    // Once, not with every snapshot: a root may hold many folders.
     if (!std::exchange(m_hasTidied, true))
         removeUnfinishedSnapshots(m_place);
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);

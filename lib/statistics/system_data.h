@@ -80,11 +80,9 @@ struct System::Data {
         const CallScope call;
         const std::shared_ptr<const CounterList> list = listCounters();
         for (const CounterList::Entry& entry : list->entries)
-            if (tree.revision() == list->revision || holds(entry.spot.id, *entry.counter))
+            if (tree.revision() == list->revision || holds(entry))
                 visit(entry.spot.id, *entry.counter);
     }
-    /// True if the node still shows this counter.
-    bool holds(unsigned id, const Counter& counter);
 
     /// Draws the tree, inside an ImGui frame.
     void drawItems();
@@ -112,6 +110,8 @@ struct System::Data {
         std::uint64_t revision;
         std::vector<Entry> entries;
     };
+    /// True if the counter is still there.
+    bool holds(const CounterList::Entry& entry) const;
     /// Made anew only when the tree has changed.
     std::shared_ptr<const CounterList> listCounters();
     /// The same for the counters that the walk hasn't reached yet.

@@ -27,10 +27,11 @@ CounterReading read(unsigned id, const std::string& path, const Counter& counter
 std::list<std::string> System::collectWarnings() const
 {
     std::list<std::string> warnings;
+    Data::PathBuilder paths(*m_data);
     m_data->forEachCounter([&](const Data::CounterList::Entry& entry) {
         // A getter may have removed the counter: then there is nothing left to warn about.
-        if (!entry.counter->withinLimits() && m_data->holds(entry.spot.id, *entry.counter))
-            warnings.push_back(m_data->tree.path(entry.spot.id, m_data->render));
+        if (!entry.counter->withinLimits() && m_data->holds(entry))
+            warnings.push_back(paths.path(entry));
     });
     return warnings;
 }
@@ -95,9 +96,9 @@ const std::string& System::Data::PathBuilder::path(const CounterList::Entry& ent
     return m_path;
 }
 
-bool System::Data::holds(unsigned id, const Counter& counter)
+bool System::Data::holds(const CounterList::Entry& entry) const
 {
-    return tree.contains(id) && render.getCounter(tree.item(id)) == &counter;
+    return render.counters.contains(entry.slot) && render.counters[entry.slot].counter.get() == entry.counter;
 }
 
 } // namespace statistics
