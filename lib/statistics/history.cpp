@@ -52,7 +52,8 @@ void History::makeRoom(unsigned slot)
     const std::size_t width = index < m_blocks.size() ? m_blocks[index].width : 0;
     if (!isOn() || needed <= width)
         return;
-    Block wider(std::clamp<std::size_t>(width + width / 16, needed, kLanes), m_capacity);
+    const std::size_t spare = std::max(width / 16, std::size_t{slot / 64});
+    Block wider(std::min<std::size_t>(needed + spare, kLanes), m_capacity);
     if (index >= m_blocks.size())
         m_blocks.resize(index + 1);
     m_blocks[index].copyTo(wider, m_capacity);

@@ -57,8 +57,9 @@ private:
 /// Counters stand in blocks of 256, whose samples of one moment lie side by side: counters that are sampled
 /// one after the other fill one page, where rings of their own would cost a miss each. A counter costs 9
 /// bytes besides its samples. A block has room for the counters in it; where they come one by one, for a
-/// sixteenth more, so that not each of them moves the block. What a removed counter leaves is kept for the
-/// next one in its slot.
+/// sixteenth more or for a 64th of all counters, so that not each of them moves the block: what hosts
+/// allocate next fills the holes that moved blocks leave, and counters scattered over them cost more than
+/// their past. What a removed counter leaves is kept for the next one in its slot.
 ///
 /// Memory is taken when the past is turned on and when a counter comes, never by a sample.
 class History {
