@@ -41,6 +41,8 @@ void addTable(System& system)
     const auto cell = [](std::size_t row) { return CounterValue(static_cast<int>(row) + s_frame % 10); };
     for (int column = 0; column < 3; ++column)
         system.getTable(id)->addColumn("column", cell, 0.3f, column ? "%d rows" : "");
+    system.getTable(id)->addColumn(
+        "tall", [](std::size_t row) { return CounterValue(row % 50 == 0 ? "two\nlines" : "one"); }, 0.1f);
     setKeyColumn(id, 0);
     addClipboardAction(id);
 }
@@ -79,7 +81,7 @@ TEST_F(SteadyFrame, AllocatesNothing)
     ui.frames(100);
     EXPECT_EQ(allocated, 0u);
 
-    Options options;
+    Options options = system.options();
     options.filter = true;
     system.setOptions(options);
     system.setFilter("a counter with a long name -17");

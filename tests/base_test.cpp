@@ -89,8 +89,10 @@ TEST(StackTracker, scopesAreLeftOnEveryWayOutHoweverDeep)
 
 TEST(Format, printsTextsOfAnyLength)
 {
-    const std::string text(5000, 'x');
-    EXPECT_EQ(Orv::orv_format("%s-%.3f%s", text.c_str(), 1.0, ""), text + "-1.000");
+    for (const std::size_t length : {249u, 250u, 251u, 5000u}) { // a buffer of 256 bytes comes first
+        const std::string text(length, 'x');
+        EXPECT_EQ(Orv::orv_format("%s-%.3f%s", text.c_str(), 1.0, ""), text + "-1.000");
+    }
 }
 
 TEST(Format, whatANumberFormatReadsIsSeenBeforeItIsUsed)

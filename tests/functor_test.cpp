@@ -126,6 +126,8 @@ TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
     const auto guard = [&](const std::string& name) {
         return std::shared_ptr<void>(nullptr, [&, name](void*) {
             destroyed.push_back(name);
+            if (name == "other")
+                remove({"heir"});
             label(("in memory of " + name).c_str());
         });
     };
@@ -134,12 +136,13 @@ TEST_F(Functors, areDestroyedWhenNothingRunsAnyMoreAndMayCallBackThen)
         EXPECT_EQ(destroyed, Names{});
     });
     add("other", 0, [kept = guard("other")] {});
+    add("heir", 0, [kept = guard("heir")] {});
     sample();
-    EXPECT_EQ(destroyed, (Names{"actor", "other"}));
+    EXPECT_EQ(destroyed, (Names{"actor", "other", "heir"}));
     EXPECT_NE(getItemIndex("in memory of other"), INVALID_ID);
     add("third", 0, [kept = guard("third")] {});
     remove({"third"});
-    EXPECT_EQ(destroyed.size(), 3u); // outside functors nothing is deferred
+    EXPECT_EQ(destroyed.size(), 4u); // outside functors nothing is deferred
 }
 
 TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)

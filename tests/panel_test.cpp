@@ -280,7 +280,7 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
     std::string text = "short";
     addCounter("grows", [&] { return CounterValue(text); });
     auto limited = std::make_unique<Counter>(
-        0, 1, [] { return 0; }, "", "%.0f\n\n");
+        0, 1, [] { return 0; }, "", "%.60f\n\n");
     system().createCounter("limits", std::move(limited), 0);
     system().createPreset("far", {{"", {0, 1e30f}}});
     sample();
@@ -289,9 +289,12 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
     ui.wheel(0, 1000);
     ImGuiStyle& style = ImGui::GetStyle();
     const std::function<void()> changes[] = {
-        [&] { text = std::string(300, 'w'); }, [&] { text = std::string(250, 'i'); },
-        [&] { system().choosePreset(0); },     [&] { style.ItemSpacing.y = 9; },
-        [&] { style.FramePadding.y = 7; },     [&] { ImGui::GetIO().FontGlobalScale = 1.5f; }};
+        [&] { system().choosePreset(0); }, // first, while nothing else is as wide
+        [&] { text = std::string(300, 'w'); },
+        [&] { text = std::string(250, 'i'); },
+        [&] { style.ItemSpacing.y = 9; },
+        [&] { style.FramePadding.y = 7; },
+        [&] { ImGui::GetIO().FontGlobalScale = 1.5f; }};
     for (const std::function<void()>& change : changes) {
         change();
         sample();

@@ -37,6 +37,11 @@ TEST_F(TableModel, rowsMoveOnlyWhenSortedAnewOrWhenTheirNumberChanges)
     EXPECT_EQ(order(), (Indices{2, 1, 0}));
     EXPECT_EQ(table.getSortedCell(0, 0), "delta");
     EXPECT_EQ(statistics::getTableCell(id, 0, 1), "1 B") << "a cell by its data row";
+    rows = {{"c", 1}, {"a", 1}, {"b", 1}};
+    for (const bool ascending : {true, false}) {
+        table.sort(1, ascending);
+        EXPECT_EQ(table.m_order, (Indices{0, 1, 2})) << "equal rows keep data order";
+    }
 }
 
 TEST_F(TableModel, aRefreshReadsEachCellOnceAndTheRowCountOncePerCell)

@@ -84,13 +84,10 @@ unsigned Tree::addChild(unsigned item, unsigned parentId)
     return id;
 }
 
-/// A tree that is never searched, or no longer, must not gather ids for ever.
+/// Nodes that come before the first search are found by it.
 void Tree::noteForIndex(unsigned id)
 {
-    m_derived.indexStale = m_derived.indexStale || m_derived.unindexed.size() > m_nodes.size();
-    if (m_derived.indexStale)
-        m_derived.unindexed.clear();
-    else
+    if (!m_derived.indexStale)
         m_derived.unindexed.push_back(id);
 }
 
