@@ -108,12 +108,10 @@ unsigned SnapshotGroup::addSnapshot(const std::string& name, const std::string& 
     return known == INVALID_ID ? folderNode : box;
 }
 
-void SnapshotGroup::setNote(const std::string& name, const std::string& folder, const std::string& note,
-                            Render& render)
+std::string* SnapshotGroup::findNote(const std::string& name, const std::string& folder, Render& render)
 {
     const unsigned box = tree.findChild(tree.findChild(snapshotsNode, folder, render), name, render);
-    if (box != INVALID_ID)
-        render.checkboxes[itemSlot(tree.item(box))].note = note;
+    return box != INVALID_ID ? &render.checkboxes[itemSlot(tree.item(box))].note : nullptr;
 }
 
 void SnapshotGroup::sort(bool byName, const Render& render)

@@ -33,8 +33,8 @@ struct SnapshotGroup {
     /// memory adds nothing.
     unsigned addSnapshot(const std::string& name, const std::string& folder,
                          std::function<void(bool)> onChange, Render& render);
-    /// What the user reads who points at a check box; empty: nothing. There may be no such box.
-    void setNote(const std::string& name, const std::string& folder, const std::string& note, Render& render);
+    /// What the user reads who points at a check box; empty: nothing. Null if there is no such box.
+    std::string* findNote(const std::string& name, const std::string& folder, Render& render);
     /// Puts folders and check boxes in the order of their names, or in that in which they were added.
     void sort(bool byName, const Render& render);
     /// The check boxes stay in their pool, reached by nothing, until the group is reset.

@@ -105,11 +105,13 @@ RecordedSnapshot System::Data::record(SnapshotValues values)
     snapshotGroup.sort(render.options.sortSnapshots, render);
     render.clearTreeNote.clear();
     RecordedSnapshot recorded{statsAnalyzer->pathOf(taken.folder) + '/' + taken.name, {}};
-    statsAnalyzer->writeRecord(taken);
+    std::string* const note = snapshotGroup.findNote(taken.name, taken.folder, render);
+    statsAnalyzer->writeRecord(taken); // what is on disk must not fail any more
     recorded.problem = taken.problem;
     // The box may be that of an earlier snapshot of this second, which has the same file.
     const bool isOnDisk = taken.problem.empty() || statsAnalyzer->hasFile(taken);
-    snapshotGroup.setNote(taken.name, taken.folder, isOnDisk ? "" : "Not on disk: " + taken.problem, render);
+    if (note)
+        *note = isOnDisk ? "" : "Not on disk: " + taken.problem;
     publishing.done();
     adding.done();
     return recorded;
