@@ -2,6 +2,7 @@
 
 #include "call_scope.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -30,8 +31,10 @@ public:
     Pinned& operator=(Pinned&& other) = delete;
     ~Pinned()
     {
-        if (m_functor)
-            CallScope::retire(std::move(m_functor), std::move(m_place));
+        if (!m_functor)
+            return;
+        ++s_released;
+        CallScope::retire(std::move(m_functor), std::move(m_place));
     }
 
     /// For a host that calls the field itself. Runs the host's functor.
@@ -40,8 +43,12 @@ public:
         return (*m_functor)(std::forward<Arguments>(arguments)...);
     }
     Functor& functor() const { return *m_functor; }
+    /// How many functors of this kind fields have let go: while it stays, what was pinned before is in place.
+    static std::size_t released() { return s_released; }
 
 private:
+    static inline std::size_t s_released = 0;
+
     std::unique_ptr<Functor> m_functor; ///< null once it was moved from
     CallScope::Place m_place;
 };

@@ -26,6 +26,38 @@ Getter& pinnedGetter(const TableColumn& column)
     return pin(const_cast<TableColumn&>(column).getter);
 }
 
+/// The getter of one column, found afresh when columns have come or a getter has gone since the last call:
+/// finding it for every value of a sort would cost as much as the rest of it.
+class ColumnGetter {
+public:
+    ColumnGetter(const std::vector<TableColumn>& header, std::size_t column)
+        : m_header(header), m_column(column)
+    {
+    }
+
+    /// `Empty` for a column that has gone. Runs the getter.
+    CounterValue operator()(std::size_t row)
+    {
+        if (m_columns != m_header.size() || m_released != Pinned<Getter>::released())
+            find();
+        return m_getter ? (*m_getter)(row) : CounterValue();
+    }
+
+private:
+    void find()
+    {
+        m_getter = m_column < m_header.size() ? &pinnedGetter(m_header[m_column]) : nullptr;
+        m_columns = m_header.size();
+        m_released = Pinned<Getter>::released();
+    }
+
+    const std::vector<TableColumn>& m_header;
+    const std::size_t m_column;
+    const Getter* m_getter = nullptr;
+    std::size_t m_columns = 0;
+    std::size_t m_released = 0;
+};
+
 /// Merges neighbouring runs of `run` rows from `source` into `target`.
 template<typename Before>
 void mergeRuns(const Order& source, Order& target, std::size_t run, const Before& before)
@@ -116,9 +148,10 @@ void Table::order(SortMemory memory, std::size_t column, bool ascending)
     memory.rows = memory.unsorted;
     m_order = std::move(memory.unsorted);
     const std::function<std::size_t()>& count = pin(m_rowCount);
+    ColumnGetter getter(m_header, column);
     const auto value = [&](std::size_t row) {
-        const bool present = !m_removed && row < count() && !m_removed && column < m_header.size();
-        return present ? pinnedGetter(m_header[column])(row) : CounterValue();
+        const bool present = !m_removed && row < count() && !m_removed;
+        return present ? getter(row) : CounterValue();
     };
     const auto less = [&](std::size_t a, std::size_t b) {
         const CounterValue first = value(a);
@@ -197,9 +230,10 @@ CounterValue Table::sumColumn(std::size_t column) const
         return {};
     const CallScope call;
     const std::size_t count = rowCount();
+    ColumnGetter getter(m_header, column);
     CounterValue sum;
-    for (std::size_t row = 0; row < count && !m_removed && column < m_header.size(); ++row)
-        sum += pinnedGetter(m_header[column])(row);
+    for (std::size_t row = 0; row < count && !m_removed; ++row)
+        sum += getter(row);
     return sum;
 }
 
