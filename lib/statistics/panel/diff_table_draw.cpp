@@ -1,5 +1,6 @@
 // The comparison of snapshots: numbered rows, captions, one column per snapshot; rows that differ stand out.
 
+#include "columns.h"
 #include "item_scope.h"
 #include "layout.h"
 #include "render.h"

@@ -1,8 +1,7 @@
-// The panel's window, and the dispatch of drawing: each kind of item has a source of its own, but for the
+// The dispatch of drawing: each kind of item has a source of its own, but for the
 // small ones here.
 
 #include "item_scope.h"
-#include "layout.h"
 #include "pinned.h"
 #include "render.h"
 #include "widgets.h"
@@ -10,22 +9,6 @@
 #include <imgui.h>
 
 namespace statistics {
-
-bool Render::beginWindow()
-{
-    // Wide enough for a table at the second level of the tree, with a scrollbar beside it.
-    const ImGuiStyle& style = ImGui::GetStyle();
-    const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
-    widgets::suggestNextWindowSize(
-        ImVec2(layout::scaled(layout::kWidth) + frame, layout::scaled(layout::kPanelHeight)));
-    ImGui::SetNextWindowBgAlpha(options.background);
-    return ImGui::Begin("Statistics", &windowOpen, 0);
-}
-
-void Render::endWindow()
-{
-    ImGui::End();
-}
 
 bool Render::drawItem(unsigned id, unsigned /*depth*/, bool hasChildren)
 {
@@ -91,6 +74,7 @@ void Render::drawCheckbox(unsigned slot)
 
 namespace {
 
+/// Runs the functor of a button that is pressed.
 void drawButton(const char* caption, std::function<void()>& functor)
 {
     if (ImGui::Button(caption, ImVec2(0.0f, 0.0f)) && functor)

@@ -6,6 +6,7 @@
 #include "call_scope.h"
 #include "debug_message.h"
 #include "history_draw.h"
+#include "layout.h"
 #include "running_imgui.h"
 #include "stack_tracker.h"
 #include "widgets.h"
@@ -13,6 +14,22 @@
 #include <imgui.h>
 
 namespace statistics {
+
+bool Render::beginWindow()
+{
+    // Wide enough for a table at the second level of the tree, with a scrollbar beside it.
+    const ImGuiStyle& style = ImGui::GetStyle();
+    const float frame = 2.0f * (style.WindowPadding.x + style.IndentSpacing) + style.ScrollbarSize;
+    widgets::suggestNextWindowSize(
+        ImVec2(layout::scaled(layout::kWidth) + frame, layout::scaled(layout::kPanelHeight)));
+    ImGui::SetNextWindowBgAlpha(options.background);
+    return ImGui::Begin("Statistics", &windowOpen, 0);
+}
+
+void Render::endWindow()
+{
+    ImGui::End();
+}
 
 namespace {
 

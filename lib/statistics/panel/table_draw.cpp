@@ -2,6 +2,7 @@
 // refresh. Functors of the host run only where nothing of the table's own drawing is open, but for the
 // refresh behind a click on a header.
 
+#include "columns.h"
 #include "render.h"
 
 #include "call_scope.h"
