@@ -125,7 +125,7 @@ TEST_F(TableFunctors, mayDoAnythingAtAnyMoment)
                 system().removeItem(group);
             }
         };
-        expectWhole("cell", 6, [this] { system().update(0, true); });
+        expectWhole("cell", 6, [] { system().update(0, true); });
         expectWhole("cell", 10, [this] { ui.click("Other"); });
         expectWhole("count", 7, [this] { system().updateNode(inner); });
         expectWhole("count", 8, [this] { ui.click("Key"); });
