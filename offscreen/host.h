@@ -64,7 +64,6 @@ public:
     /// nothing. (ImGui itself ends the process when a window is closed over ids or colours that are still
     /// open.)
     const std::string& imbalance() const { return m_imbalance; }
-    bool balanced() const { return m_imbalance.empty(); }
 
     std::string clipboard();
 

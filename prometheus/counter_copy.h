@@ -70,6 +70,7 @@ public:
     void read(CounterCopy& copy);
 
 private:
+    // Both run the getters.
     void readWithNames(CounterCopy& copy);
     void readNamed(CounterCopy& copy) const;
 

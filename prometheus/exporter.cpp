@@ -52,11 +52,12 @@ struct PrometheusExporter::Data {
     {
     }
 
+    /// Runs the getters of all counters.
     void publish();
     PageServer::Parts parts();
     Page latestPage();
 
-    /// The frame's.
+    // The frame's.
     const float period;
     float elapsed = std::numeric_limits<float>::infinity(); ///< the first update is due
     bool isReading = false;
@@ -64,7 +65,7 @@ struct PrometheusExporter::Data {
 
     CopyBoard board;
 
-    /// The server's threads', one at a time.
+    // The server's threads', one at a time.
     std::mutex pageMutex;
     PageWriter writer;
     Page page; ///< of the latest copy that was asked for

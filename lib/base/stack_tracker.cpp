@@ -10,7 +10,7 @@ struct Scope {
     unsigned line;
 };
 
-// A fixed array: entering a scope must neither allocate nor fail. Scopes beyond it are only counted.
+/// A fixed array: entering a scope must neither allocate nor fail. Scopes beyond it are only counted.
 constexpr unsigned kTrackedScopes = 32;
 Scope s_scopes[kTrackedScopes];
 unsigned s_depth = 0;

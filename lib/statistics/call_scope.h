@@ -61,7 +61,7 @@ private:
     static void destroyRetired() noexcept;
 
     static unsigned s_depth;
-    // Plain pointers have no destructor that could run before the last instance goes at process exit.
+    /// Plain pointers have no destructor that could run before the last instance goes at process exit.
     static Waiting* s_first;
     static Waiting* s_last;
 };

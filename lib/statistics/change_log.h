@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kKept = 16384; // of them all: a power of two
+    static constexpr std::size_t kKept = 16384; ///< of them all: a power of two
 
     std::vector<unsigned> m_latest; ///< a ring; empty until it is opened
     Position m_end = 0;             ///< number of changes so far

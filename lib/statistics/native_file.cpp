@@ -53,7 +53,7 @@ int closeFile(int handle)
 
 #else
 
-// A pipe without a writer would wait for one.
+/// A pipe without a writer would wait for one.
 constexpr int kRead = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 constexpr int kCreate = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
 

@@ -63,9 +63,10 @@ public:
     /// Keeps that many samples of each counter, the newest. Lack of memory leaves all as it was.
     void resizeHistory(std::size_t samples);
     /// The present value of a counter, the rows or the sum of `column` of a table, `Empty` for other items.
+    /// Runs the functors of that item.
     CounterValue itemValue(unsigned id, std::size_t column);
 
-    // Sampling.
+    // Sampling, which runs host functors.
     /// Samples every counter, then every table, whose period has passed.
     void update(float dt, bool enabled);
     /// Samples one item at once and leaves its timer alone.
@@ -115,10 +116,7 @@ private:
     static void reportWrongType();
 
     void removeTable(unsigned slot);
-    void updateCounter(unsigned slot);
     void showValue(unsigned slot, const CounterValue& value);
-    void updateTable(unsigned slot);
-
     bool drawLabel(unsigned slot, bool hasChildren);
     bool drawCounter(unsigned slot, bool hasChildren);
     void watchHistory(unsigned slot);
@@ -127,6 +125,8 @@ private:
     bool noteDiffShape(const DiffTable& table);
 
     // All of these run host functors.
+    void updateCounter(unsigned slot);
+    void updateTable(unsigned slot);
     void drawCheckbox(unsigned slot);
     void drawSnapshotControl();
     void drawClearTreeNote();

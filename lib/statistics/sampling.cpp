@@ -185,7 +185,8 @@ public:
 private:
     ItemTable* item() { return m_render.tableItem(m_slot, m_table); }
 
-    /// False if a functor has removed the table, or taken the row away by a refresh of its own.
+    /// Runs the row count and the getter. False if a functor has removed the table, or taken the row away by
+    /// a refresh of its own.
     bool readCell()
     {
         const CounterValue value = m_reading.read(m_row, m_column);

@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 #ifdef _WIN32
-// The system drops these at the end of a name, and ".. " or "..." would lead out of the root.
+/// The system drops these at the end of a name, and ".. " or "..." would lead out of the root.
 constexpr std::string_view kDroppedEnds = ". ";
 #else
 constexpr std::string_view kDroppedEnds;

@@ -26,7 +26,7 @@ struct ExitGuard {
     ExitGuard& operator=(const ExitGuard&) = delete;
 };
 
-const ExitGuard s_exitGuard; // behind s_system, so it is destroyed first
+const ExitGuard s_exitGuard; ///< behind s_system, so it is destroyed first
 
 /// Once: the libraries of a process don't change by themselves.
 void reportOtherLibrary()

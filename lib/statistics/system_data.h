@@ -72,8 +72,8 @@ struct System::Data {
             visit(entry.spot.id, paths.path(entry), *entry.counter);
         });
     }
-    /// Calls `visit(id, counter)` for every counter that there is now, in tree order. One that is removed
-    /// meanwhile is left out, a new one too.
+    /// Calls `visit(id, counter)` for every counter that there is now, in tree order. `visit` may run
+    /// functors: a counter that is removed meanwhile is left out, a new one too.
     template<typename Visit>
     void forEachListedCounter(const Visit& visit)
     {
@@ -84,7 +84,7 @@ struct System::Data {
                 visit(entry.spot.id, *entry.counter);
     }
 
-    /// Draws the tree, inside an ImGui frame.
+    /// Draws the tree, inside an ImGui frame; runs host functors.
     void drawItems();
     /// Reads all counters for a snapshot; runs their getters.
     SnapshotValues readCounters();

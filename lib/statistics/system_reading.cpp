@@ -10,7 +10,7 @@ namespace statistics {
 
 namespace {
 
-/// A getter that removes its own counter is still read: the counter lives until the walk is over.
+/// Runs the getter. One that removes its own counter is still read: the counter lives until the walk is over.
 CounterReading read(unsigned id, const std::string& path, const Counter& counter)
 {
     CounterReading reading{id, path, counter.getter(), nullptr, nullptr, false};

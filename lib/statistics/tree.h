@@ -19,7 +19,7 @@
 namespace statistics {
 
 class Filter;
-class TreeLines; // the panel's memory of what it has drawn
+class TreeLines; ///< the panel's memory of what it has drawn
 
 /// The hierarchy of the panel. A node knows its place and the item that it shows; what an item is, how it
 /// draws and what it is called lies with `Render`. Node 0 is the root. A tree owns its nodes, not the items:
@@ -80,6 +80,7 @@ public:
     /// Samples the item of a node now, which runs host functors. A stale id does nothing.
     void updateNode(unsigned id, Render& render);
     /// Calls `visit` with the item of every node but the root, and with its parent's item: parents first.
+    /// `visit` may change the tree.
     void forEach(const std::function<void(unsigned item, unsigned parentItem)>& visit) const;
     /// The same with node ids. `visit` may run host functors and change the tree.
     template<typename Visit>

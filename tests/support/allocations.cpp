@@ -7,7 +7,7 @@ namespace {
 
 std::size_t s_allocations = 0;
 std::size_t s_freed = 0;
-std::size_t s_untilFailure = 0; // none will fail if it is 0
+std::size_t s_untilFailure = 0; ///< none will fail if it is 0
 
 bool failsNow()
 {

@@ -10,7 +10,7 @@ namespace test {
 std::size_t allocations();
 std::size_t liveAllocations();
 
-// While it lives, memory fails once: at the `nth` allocation, counted from 1.
+/// While it lives, memory fails once: at the `nth` allocation, counted from 1.
 class FailingAllocation {
 public:
     explicit FailingAllocation(std::size_t nth);

@@ -24,7 +24,7 @@ protected:
         return {std::move(min), std::move(max), std::move(getter), "", ""};
     }
 
-    // The line of a caption, as it is seen after the host's next turn.
+    /// The line of a caption, as it is seen after the host's next turn.
     std::string line(std::string_view caption) { return show().lines()[ui.text(caption).line]; }
 };
 

@@ -8,7 +8,8 @@
 
 namespace test {
 
-// Calls `act`, and keeps count in itself: who calls a copy of it loses the count, and std::logic_error tells.
+/// Calls `act`, and keeps count in itself: who calls a copy of it loses the count, and std::logic_error
+/// tells.
 template<typename Act>
 auto counting(Act act)
 {

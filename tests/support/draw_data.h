@@ -8,7 +8,7 @@
 
 namespace test {
 
-// All of the last frame of the current context: vertices, indices and commands, but for texture ids.
+/// All of the last frame of the current context: vertices, indices and commands, but for texture ids.
 inline std::string drawData()
 {
     std::string bytes;

@@ -32,13 +32,13 @@ public:
     {
         std::filesystem::permissions(m_path / relative, std::filesystem::perms(mode));
     }
-    // With the directories that are missing.
+    /// With the directories that are missing.
     void write(const std::string& relative, const std::string& bytes) const
     {
         std::filesystem::create_directories((m_path / relative).parent_path());
         std::ofstream(m_path / relative, std::ios::binary) << bytes;
     }
-    // With the line ends of C.
+    /// With the line ends of C.
     std::string read(const std::string& relative) const
     {
         std::ifstream file(m_path / relative);
@@ -50,7 +50,7 @@ private:
 };
 
 #ifndef _WIN32
-// Permissions bind root, too, while this lives.
+/// Permissions bind root, too, while this lives.
 class Unprivileged {
 public:
     Unprivileged() { m_done = m_user != 0 || seteuid(65534) == 0; }

@@ -16,8 +16,8 @@ namespace test {
 
 using namespace offscreen;
 
-// A test that expects reports makes a Reports of its own; any that comes otherwise fails the test, and so
-// does a last frame that left something open in ImGui.
+/// A test that expects reports makes a Reports of its own; any that comes otherwise fails the test, and so
+/// does a last frame that left something open in ImGui.
 class Panel : public testing::Test {
 protected:
     Panel()
@@ -36,10 +36,10 @@ protected:
 
     static statistics::System& system() { return *statistics::System::instance(); }
 
-    // Time doesn't pass; samples what is new and what has no period.
+    /// Time doesn't pass; samples what is new and what has no period.
     static void sample() { system().update(0, true); }
 
-    // What a user sees after the host's next turn. The first frame of a window only finds its size.
+    /// What a user sees after the host's next turn. The first frame of a window only finds its size.
     const Frame& show()
     {
         sample();

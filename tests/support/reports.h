@@ -20,10 +20,10 @@ public:
     Reports(const Reports&) = delete;
     Reports& operator=(const Reports&) = delete;
 
-    // Whole, as the handler got them.
+    /// Whole, as the handler got them.
     const std::vector<std::string>& texts() const { return m_texts; }
 
-    // What failed: the first line of each report behind "ASSERTION FAILED: ".
+    /// What failed: the first line of each report behind "ASSERTION FAILED: ".
     std::vector<std::string> expressions() const
     {
         const std::string intro = "ASSERTION FAILED: ";
@@ -35,7 +35,7 @@ public:
         return result;
     }
 
-    // The expressions since the last call, so that one recorder serves a table of cases.
+    /// The expressions since the last call, so that one recorder serves a table of cases.
     std::vector<std::string> take()
     {
         std::vector<std::string> result = expressions();

@@ -21,7 +21,7 @@ using Indices = std::vector<std::size_t>;
 
 class TablePanel : public Panel {
 protected:
-    // Columns "Name" and "Size" over `from`; reading a row that isn't there throws.
+    /// Columns "Name" and "Size" over `from`; reading a row that isn't there throws.
     unsigned addTable(const std::string& name, HostRows& from, unsigned parent = 0)
     {
         using statistics::CounterValue;
@@ -42,7 +42,7 @@ protected:
         return node;
     }
 
-    // What the panel shows beneath its title.
+    /// What the panel shows beneath its title.
     Lines lines()
     {
         Lines all = ui.read().lines();
@@ -55,13 +55,13 @@ protected:
         return lines();
     }
 
-    std::size_t reads = 0;  // calls of getters
-    std::size_t counts = 0; // calls of row count functors
+    std::size_t reads = 0;  ///< calls of getters
+    std::size_t counts = 0; ///< calls of row count functors
     HostRows rows = {{"beta", 3}, {"gamma", 1}, {"alpha", 2}};
     unsigned id = addTable("Rows", rows);
     statistics::Table& table = *system().getTable(id);
-    statistics::ItemTable& item = statistics::TestAccess::render().tables[0]; // until there are more tables
-    statistics::Schedule& schedule = statistics::TestAccess::render().tableSchedule; // `item` has slot 0
+    statistics::ItemTable& item = statistics::TestAccess::render().tables[0]; ///< until there are more tables
+    statistics::Schedule& schedule = statistics::TestAccess::render().tableSchedule; ///< `item` has slot 0
 };
 
 } // namespace test

@@ -9,7 +9,7 @@
 
 namespace test {
 
-// What the library's tree should hold: ids are given out last in, first out, and grow 100, 200, 400.
+/// What the library's tree should hold: ids are given out last in, first out, and grow 100, 200, 400.
 class TreeModel {
 public:
     struct Node {
@@ -82,7 +82,7 @@ private:
         m_free.push_back(id);
     }
 
-    std::vector<unsigned> m_free; // the next one last
+    std::vector<unsigned> m_free; ///< the next one last
     unsigned m_count = 0;
 };
 

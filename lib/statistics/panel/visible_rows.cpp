@@ -18,7 +18,7 @@ bool isNavigationSearching(const ImGuiContext& context, const ImGuiWindow& windo
 
 } // namespace
 
-// ImGui ends each line at a whole pixel.
+/// ImGui ends each line at a whole pixel.
 VisibleRows::VisibleRows(std::size_t count, const RowLines& lines)
     : m_count(count),
       m_lines(lines),

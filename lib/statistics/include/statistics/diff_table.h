@@ -80,7 +80,7 @@ private:
 
     float m_tolerance = 0;
 
-    // Derived from the captions, can be thrown away at any time.
+    /// Derived from the captions, can be thrown away at any time.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> m_index; ///< hash and row; see the source
     std::size_t m_indexed = 0;                                    ///< rows that it knows
 };

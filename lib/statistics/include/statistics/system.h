@@ -187,9 +187,11 @@ private:
 
     System();
 
+    /// Runs the counters' getters.
     void takeSnapshot();
     void updateSnapshots();
     void clearSnapshots();
+    /// Runs the row count and the getters.
     static void copyRow(Table* table, std::size_t row);
     Counter::Getter childrenSum(std::size_t column);
 

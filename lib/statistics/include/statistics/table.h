@@ -111,6 +111,7 @@ private:
     friend class TableReading;
     struct SortMemory;
 
+    // All of these run the row count, and the getters or the action that they are about.
     std::size_t rowCount() const;
     void order(std::size_t count, std::size_t column, bool ascending);
     void order(SortMemory memory, std::size_t column, bool ascending);

@@ -28,12 +28,12 @@ public:
     {
     }
     // A value has 32 bits. Which part of a wider number matters is for the host to say:
-    CounterValue(double) = delete;             // write static_cast<float>(value)
-    CounterValue(long double) = delete;        // write static_cast<float>(value)
-    CounterValue(long) = delete;               // write static_cast<int>(value) or static_cast<float>(value)
-    CounterValue(long long) = delete;          // write static_cast<int>(value) or static_cast<float>(value)
-    CounterValue(unsigned long) = delete;      // write static_cast<unsigned>(value) or the like with float
-    CounterValue(unsigned long long) = delete; // write static_cast<unsigned>(value) or the like with float
+    CounterValue(double) = delete;             ///< write static_cast<float>(value)
+    CounterValue(long double) = delete;        ///< write static_cast<float>(value)
+    CounterValue(long) = delete;               ///< write static_cast<int>(value) or static_cast<float>(value)
+    CounterValue(long long) = delete;          ///< write static_cast<int>(value) or static_cast<float>(value)
+    CounterValue(unsigned long) = delete;      ///< write static_cast<unsigned>(value) or the like with float
+    CounterValue(unsigned long long) = delete; ///< write static_cast<unsigned>(value) or the like with float
 
     CounterValue(const CounterValue&) = default;
     CounterValue& operator=(const CounterValue&) = default;
