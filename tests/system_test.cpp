@@ -204,7 +204,7 @@ TEST_F(SystemItems, ofManyAreSampledEachByItsOwnPeriodAndNoneThatIsGone)
         const auto getter = [&samples, i] { return ++samples[i]; };
         ids.push_back(addCounter(std::to_string(i), getter, period(i)));
     }
-    for (const std::size_t gone : {3, 64, 120, 149})
+    for (const unsigned gone : {3u, 64u, 120u, 149u})
         system().removeItem(std::exchange(ids[gone], INVALID_ID));
     std::vector<float> timers(kCount, FLT_MAX);
     std::vector<int> expected(kCount);

@@ -76,7 +76,7 @@ TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoe
         ui.drag(border, ImVec2(border.x + 60, border.y));
     }
     offscreen::Host second;
-    second.setScene([this] { system().draw(); });
+    second.setScene([] { system().draw(); });
     second.frames(2);
     expectWidths(second, 340);
     ui.frames(2);

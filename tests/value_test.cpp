@@ -111,11 +111,12 @@ TEST(Value, readsAsANumberOfAnyKindAndSaturates)
         EXPECT_EQ(std::tuple(value.toInt(), value.toUInt(), value.toFloat()),
                   std::tuple(asInt, asUInt, asFloat));
     }
-    EXPECT_EQ(Value(NAN).toInt() + Value(NAN).toUInt(), 0u);
+    EXPECT_EQ(Value(NAN).toInt(), 0);
+    EXPECT_EQ(Value(NAN).toUInt(), 0u);
 }
 
 template<typename Number>
-constexpr bool isRefused = !std::is_constructible_v<Value, Number>;
+constexpr bool kIsRefused = !std::is_constructible_v<Value, Number>;
 
 TEST(Value, isMadeOfTextsAndOfNumbersOf32Bits)
 {
@@ -134,9 +135,9 @@ TEST(Value, isMadeOfTextsAndOfNumbersOf32Bits)
     };
     for (const auto& [value, expected] : cases)
         EXPECT_EQ(describe(value), expected);
-    static_assert(isRefused<double> && isRefused<long double>);
-    static_assert(isRefused<long> && isRefused<long long> && isRefused<unsigned long long>);
-    static_assert(isRefused<std::size_t> && isRefused<void*>);
+    static_assert(kIsRefused<double> && kIsRefused<long double>);
+    static_assert(kIsRefused<long> && kIsRefused<long long> && kIsRefused<unsigned long long>);
+    static_assert(kIsRefused<std::size_t> && kIsRefused<void*>);
 }
 
 TEST(Value, comparesByTheRulesOfTheLeftSide)

@@ -121,8 +121,8 @@ TEST_F(Exporter, offersValuesLimitsAndTextsOfEveryCounter)
 
 TEST_F(Exporter, spellsWhatIsNoOrdinaryNumberAsTheFormatDoes)
 {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    addLimited("a", std::nanf(""), -infinity, infinity);
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    addLimited("a", std::nanf(""), -kInfinity, kInfinity);
     PrometheusExporter exporter(anyPort());
     EXPECT_THAT(samples(exporter, "statistics_value"), ElementsAre("{path=\"a\"} NaN"));
     EXPECT_THAT(samples(exporter, "statistics_lower_limit"), ElementsAre("{path=\"a\"} -Inf"));

@@ -24,7 +24,7 @@ constexpr float kFrame = 0.05f;         // seconds
 constexpr int kFrames = 20 * 60;        // a minute
 constexpr float kSlowest = 1000.f / 60; // milliseconds
 
-volatile std::sig_atomic_t removalWanted = 0;
+volatile std::sig_atomic_t s_removalWanted = 0;
 
 struct Settings {
     statistics::PrometheusOptions exporter;
@@ -82,7 +82,7 @@ void addCounters(const Settings& settings, const float& milliseconds, const int&
 int main(int argc, char** argv)
 {
     const Settings settings = readArguments(argc, argv);
-    std::signal(SIGUSR1, [](int) { removalWanted = 1; });
+    std::signal(SIGUSR1, [](int) { s_removalWanted = 1; });
     System::initialize();
     int frame = 0;
     float milliseconds = 0;
@@ -92,7 +92,7 @@ int main(int argc, char** argv)
     std::fflush(stdout);
     for (; frame < kFrames; ++frame) {
         milliseconds = (settings.overload ? 40.f : 10.f) + static_cast<float>(frame % 7) / 7;
-        if (std::exchange(removalWanted, 0))
+        if (std::exchange(s_removalWanted, 0))
             System::instance()->removeItem(System::instance()->getItemIndex("Jobs/Temporary"));
         System::instance()->update(kFrame, true);
         exporter.update(kFrame);
