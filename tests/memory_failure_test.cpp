@@ -89,8 +89,10 @@ protected:
         for (auto node = tree.m_nodes.begin(); node != tree.m_nodes.end(); node = tree.m_nodes.next(node))
             all.push_back(std::to_string(node) + ' ' + system().path(node));
         for (auto slot = render.counters.begin(); slot != render.counters.end();
-             slot = render.counters.next(slot))
-            all.push_back(render.counters[slot].minText + render.counters[slot].counter->min.toString("%f"));
+             slot = render.counters.next(slot)) {
+            const ItemCounter& item = render.counters[slot];
+            all.push_back((item.limits ? item.limits->minText : "") + item.counter->min.toString("%f"));
+        }
         for (auto slot = render.tables.begin(); slot != render.tables.end(); slot = render.tables.next(slot))
             describe(*render.tables[slot].table, all);
         describeSnapshots(all);

@@ -51,29 +51,43 @@ inline const char* orNull(const std::string& format)
 /// The limit that a value is outside of.
 enum class ECrossed : unsigned char { None, Min, Max };
 
+/// The limits of a counter as texts.
+struct LimitTexts {
+    LimitTexts() = default;
+    LimitTexts(const CounterValue& min, const CounterValue& max, const std::string& format)
+    {
+        min.print(minText, orNull(format));
+        max.print(maxText, orNull(format));
+    }
+
+    std::string minText;
+    std::string maxText;
+};
+
 /// A counter on the panel: the host's description, and the texts that are drawn every frame. Its period and
 /// timer lie in `Render::counterSchedule`.
 struct ItemCounter {
     ItemCounter(std::string caption, std::unique_ptr<Counter> description)
         : name(std::move(caption)), counter(std::move(description))
     {
-        printLimits();
+        if (counter->hasLimits)
+            printLimits();
     }
 
     void printLimits()
     {
-        counter->min.print(minText, orNull(counter->limitFormat));
-        counter->max.print(maxText, orNull(counter->limitFormat));
+        limits = std::make_unique<LimitTexts>(counter->min, counter->max, counter->limitFormat);
     }
+    /// A counter that gets limits later shows them from its next sample on.
+    bool showsLimits() const { return counter->hasLimits && limits; }
 
     std::string name;
-    std::string valueText; ///< empty until the first sample
-    std::string minText;
-    std::string maxText;
-    float weight = 0;                  ///< position of the last sample between the limits
-    ECrossed crossed = ECrossed::None; ///< by the last sample; `None` while such limits aren't marked
-    std::unique_ptr<Counter> counter;  ///< never null
-    CallScope::Place place;            ///< for `counter`, when the item is removed
+    std::string valueText;              ///< empty until the first sample
+    std::unique_ptr<LimitTexts> limits; ///< null for a counter that has had no limits yet
+    float weight = 0;                   ///< position of the last sample between the limits
+    ECrossed crossed = ECrossed::None;  ///< by the last sample; `None` while such limits aren't marked
+    std::unique_ptr<Counter> counter;   ///< never null
+    CallScope::Place place;             ///< for `counter`, when the item is removed
 };
 
 /// A table on the panel: the model, and the cells of the last refresh. Its period and timer lie in

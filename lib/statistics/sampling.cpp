@@ -93,6 +93,10 @@ void Render::updateCounter(unsigned slot)
     ItemCounter* item = counterItem(slot, counter);
     if (!item)
         return;
+    if (!item->limits) {
+        item->printLimits();
+        lineChanges.note(slot);
+    }
     item->weight = weight;
     item->crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
 }
@@ -102,7 +106,7 @@ void Render::showValue(unsigned slot, const CounterValue& value)
     ItemCounter& item = counters[slot];
     value.print(m_valueText, orNull(item.counter->format));
     // A bar has its size whatever is written on it.
-    if (!item.counter->hasLimits && !looksAsLarge(m_valueText, item.valueText))
+    if (!item.showsLimits() && !looksAsLarge(m_valueText, item.valueText))
         lineChanges.note(slot);
     item.valueText = m_valueText;
 }

@@ -42,8 +42,7 @@ namespace {
 /// What a preset gives to one counter.
 struct GivenLimits {
     Limit limit;
-    std::string minText;
-    std::string maxText;
+    LimitTexts texts; ///< empty for a counter without limits
 };
 
 /// In pool order; zeros for counters that the preset doesn't know.
@@ -54,9 +53,10 @@ std::vector<GivenLimits> givenLimits(const free_slot_vector<ItemCounter>& counte
     for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot)) {
         const Counter& counter = *counters[slot].counter;
         const Limit* known = limitOf(counter, limits);
-        given.push_back({known ? *known : Limit{0.0f, 0.0f}, {}, {}});
-        CounterValue(given.back().limit.min).print(given.back().minText, orNull(counter.limitFormat));
-        CounterValue(given.back().limit.max).print(given.back().maxText, orNull(counter.limitFormat));
+        given.push_back({known ? *known : Limit{0.0f, 0.0f}, {}});
+        const Limit& limit = given.back().limit;
+        if (counters[slot].limits)
+            given.back().texts = LimitTexts(limit.min, limit.max, counter.limitFormat);
     }
     return given;
 }
@@ -74,8 +74,8 @@ void System::choosePreset(std::size_t index)
     auto next = given.begin();
     for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot), ++next) {
         counters[slot].counter->setLimits(next->limit.min, next->limit.max);
-        counters[slot].minText.swap(next->minText);
-        counters[slot].maxText.swap(next->maxText);
+        if (counters[slot].limits)
+            std::swap(*counters[slot].limits, next->texts);
     }
     m_data->render.lineChanges.noteAll(); // the limits' texts may take other room
 }

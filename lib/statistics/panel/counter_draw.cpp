@@ -64,11 +64,11 @@ void drawLimit(const std::string& limit, bool crossed)
 template<typename Watch>
 void drawLimitedValue(const ItemCounter& item, ECrossed crossed, const Watch& watch)
 {
-    drawLimit(item.minText, crossed == ECrossed::Min);
+    drawLimit(item.limits->minText, crossed == ECrossed::Min);
     ImGui::SameLine(0.0f, -1.0f);
     drawBar(item, watch);
     ImGui::SameLine(0.0f, -1.0f);
-    drawLimit(item.maxText, crossed == ECrossed::Max);
+    drawLimit(item.limits->maxText, crossed == ECrossed::Max);
 }
 
 bool drawCaption(const std::string& name, bool hasChildren, bool opensAtFirst)
@@ -96,7 +96,7 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
         if (history.isOn())
             watchHistory(slot);
     };
-    if (item.counter->hasLimits) {
+    if (item.showsLimits()) {
         drawLimitedValue(item, options.markOutside ? item.crossed : ECrossed::None, watch);
     } else {
         widgets::text(item.valueText);

@@ -175,9 +175,9 @@ void showNumbers(const ItemCounter& item, Past::EKind kind, const PastSummary& s
         showPair("highest", sampleText(summary.range.highest, kind, counter.format));
     }
     showPair("last", item.valueText);
-    if (counter.hasLimits)
-        showPair("limits",
-                 limitText(counter.min, item.minText) + " to " + limitText(counter.max, item.maxText));
+    if (item.showsLimits())
+        showPair("limits", limitText(counter.min, item.limits->minText) + " to " +
+                               limitText(counter.max, item.limits->maxText));
 }
 
 void showPast(const ItemCounter& item, const Past& past, float period)

@@ -28,9 +28,9 @@ ELine lineOf(const ItemCounter& item)
 {
     if (!isOneLine(item.name) || !isOneLine(item.valueText))
         return ELine::Other;
-    if (!item.counter->hasLimits)
+    if (!item.showsLimits())
         return ELine::Text;
-    return isOneLine(item.minText) && isOneLine(item.maxText) ? ELine::Bar : ELine::Other;
+    return isOneLine(item.limits->minText) && isOneLine(item.limits->maxText) ? ELine::Bar : ELine::Other;
 }
 
 ELine lineOf(const Render& render, unsigned item)
