@@ -81,12 +81,37 @@ TEST_F(ChildrenCounter, sumsAColumnOfItsTablesLiveOrTheirRowsAtTheLastRefresh)
     EXPECT_EQ(line("Rows"), "Rows | 10");
     four = 1;
     EXPECT_EQ(line("Cells"), "Cells | 22");
+    four = 0;
+    sample();
+    EXPECT_EQ(line("Rows"), "Rows | 6");
     EXPECT_EQ(line("No cells"), "No cells | ---");
     EXPECT_EQ(line("No rows"), "No rows | 0");
     table("Six", six, system().createChildrenCounter("No column", 1, 0, ""));
     const test::Reports reports;
     EXPECT_EQ(line("No column"), "No column | ---");
     EXPECT_EQ(reports.expressions(), Texts{"column < m_header.size()"});
+}
+
+TEST_F(ChildrenCounter, asksTheTablesOfEachSumForItsOwnColumnAlsoWhereOneHasGone)
+{
+    const std::size_t four = 4;
+    const std::size_t six = 6;
+    const unsigned outer = system().createChildrenCounter("Outer", NO_INDEX, 0, "");
+    const unsigned inner = system().createChildrenCounter("Inner", 0, 0, "", outer);
+    table("Four", four, inner);
+    bool leaves = false;
+    const auto leave = [&] {
+        if (leaves)
+            system().removeItem(inner);
+        return 0u;
+    };
+    add("Leaves", Counter(leave), inner, 1000);
+    table("Six", six, outer);
+    sample();
+    EXPECT_EQ(line("Outer"), "Outer | 16"); // 1 + 2 + 3 + 4, and 6 rows
+    leaves = true;
+    EXPECT_EQ(line("Outer"), "Outer | 16");
+    EXPECT_EQ(line("Outer"), "Outer | 6");
 }
 
 TEST_F(ChildrenCounter, hasLimitsOfItsOwnOrOfThePreset)

@@ -125,6 +125,16 @@ TEST_F(Counters, colourTheirBarByTheWeight)
 
 TEST_F(Counters, mayRemoveThemselvesWhileTheyAreReadAndAreNotReadAgain)
 {
+    int readings = 0;
+    unsigned second = 0;
+    const auto leaveLate = [&] {
+        if (++readings == 2)
+            system().removeItem(second);
+        return 5;
+    };
+    second = add("Thread", limited(0, 10, leaveLate));
+    sample();
+    EXPECT_EQ(readings, 2);
     for (const int value : {-5, 5, 20}) {
         int calls = 0;
         unsigned id = 0;

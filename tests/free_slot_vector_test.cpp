@@ -195,6 +195,7 @@ TEST(FreeSlotVector, clearAndMoveTakeAllElementsAndLeaveNone)
     source.clear();
     EXPECT_EQ(element.use_count(), 1);
     EXPECT_EQ(source.size(), 0u);
+    EXPECT_EQ(source.nextIndex(), 0u);
     EXPECT_EQ(source.emplace(element), 0u);
     EXPECT_EQ(source.size(), 64u);
 }

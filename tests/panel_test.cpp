@@ -81,6 +81,8 @@ TEST_F(PanelTest, showsOddNamesWholeAndOpensEachByItself)
             const unsigned id = system().createLabel(names[i]);
             if (withChildren)
                 system().createLabel("child " + std::to_string(i), id);
+            if (withChildren && names[i].empty())
+                label("hidden", system().createLabel("", id));
         }
         Lines lines = show().lines();
         EXPECT_EQ(textsWith("xxx").size(), 1u);
@@ -90,6 +92,7 @@ TEST_F(PanelTest, showsOddNamesWholeAndOpensEachByItself)
     for (std::size_t i = 0; i < names.size(); ++i) {
         clickArrow(i);
         EXPECT_EQ(textsWith("child"), Lines{"child " + std::to_string(i)});
+        EXPECT_EQ(textsWith("hidden"), Lines{});
         clickArrow(i);
         EXPECT_EQ(textsWith("child"), Lines{});
     }
@@ -170,22 +173,26 @@ protected:
     LongPanel()
     {
         label((std::string(200, ' ') + "end").c_str());
-        addCounter("tall", [this] { return CounterValue(tall ? "first\nsecond\nthird" : "first"); });
+        addCounter("tall", [this] { return CounterValue(tall ? "a\nb\nc" : "first"); });
         label("two\nlines");
-        for (int i = 0; i < 60; ++i) {
+        for (int i = 0; i < 70; ++i) {
             const std::string number = std::to_string(i);
             const unsigned group = label(("group " + number).c_str());
             label(("leaf " + number).c_str(), group);
             label(("deep " + number).c_str(), label(("sub " + number).c_str(), group));
             const auto value = [i] { return CounterValue(i); };
             addCounter("plain " + number, value, group);
-            auto limited = std::make_unique<Counter>(0, 60, value, "", "");
+            auto limited = std::make_unique<Counter>(0, 60, value, "%d in a bar", "");
             system().createCounter("limited " + number, std::move(limited), 0, group);
             for (const char* name : {"box ", "odd ## box "})
                 TestAccess::tree().addChild(TestAccess::render().createCheckbox(name + number, {}), group);
         }
+        const unsigned rows =
+            statistics::table("rows", 0, getItemIndex("group 0"), [this] { return tall ? 5 : 1; });
+        system().getTable(rows)->addColumn(
+            "column", [](std::size_t) { return CounterValue("cell"); }, 0.5f);
         sample();
-        fixHeight(4000); // all of it
+        fixHeight(5000); // all of it
         for (int i = 0; i < 60; i += 3)
             for (const char* name : {"group ", "sub "})
                 ui.click(name + std::to_string(i));
@@ -266,10 +273,11 @@ TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
     ui.moveTo(ui.window("Statistics").center());
     ui.wheel(0, -10);
     label("three\nnew\nlines", group); // with the id of a line that was lower
-    system().removeItem(1);            // the widest
+    system().removeItem(getItemIndex("group 3/plain 3"));
+    system().removeItem(1); // the widest
     ui.frames(3);
     const ImVec2 extent = window().ContentSize;
-    fixHeight(4000);
+    fixHeight(5000);
     EXPECT_TRUE(ui.read().contains("new"));
     EXPECT_EQ(extent.x, window().ContentSize.x);
     EXPECT_EQ(extent.y, window().ContentSize.y);
@@ -317,7 +325,7 @@ TEST_F(LongPanel, isLoggedWholeAndLooksAsBefore)
         ImGui::LogFinish();
     });
     ui.frame();
-    for (const char* text : {"end", "deep 0", "deep 57", "plain 59"})
+    for (const char* text : {"end", "deep 0", "deep 57", "plain 59", "57 in a bar"})
         EXPECT_NE(ui.clipboard().find(text), std::string::npos) << text;
     fixHeight(300);
     expectSameAs(whole);

@@ -47,17 +47,4 @@ TEST_F(Items, withoutWhatTheyNeedAreReportedAndNotMade)
     EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0u);
 }
 
-TEST_F(Items, ofPresetsAsOfOthersThereAre65536)
-{
-    for (int count = 0; count < 65536; ++count)
-        system().createPreset("preset", {});
-    test::Reports reports;
-    system().createPreset("one too many", {});
-    EXPECT_EQ(reports.take().size(), 1u);
-    EXPECT_EQ(TestAccess::limitPresets().size(), 65536u);
-    system().choosePreset(65535);
-    system().clearPresets();
-    EXPECT_EQ(TestAccess::render().presets.nextIndex(), 0u);
-}
-
 } // namespace

@@ -1,4 +1,5 @@
 // One snapshot as a file: the bytes, out and in, and what is told of a file that can't be written or read.
+#include "native_file.h"
 #include "snapshot_file.h"
 #include "support/files.h"
 
@@ -73,6 +74,10 @@ protected:
 TEST_F(SnapshotFile, holdsCaptionTabAndValuePerLineAsTheDocumentedExample)
 {
     expectExample();
+    std::string many = kHead;
+    for (int line = 0; line < 10000; ++line)
+        many += "Frame/Draws\t1250\n";
+    EXPECT_EQ(written(SnapshotValues(10000, {"Frame/Draws", 1250})), many);
     EXPECT_EQ(written({}), kHead); // in place of the longer file
     const std::string documented = std::string(__FILE__) + "/../../docs/snapshot-example.csv";
     fs::copy(fs::path(documented).lexically_normal(), dir("example.csv"));
@@ -95,9 +100,10 @@ TEST_F(SnapshotFile, readingGoesOnToTheFirstLineThatHoldsNoEntry)
         {kHead + "a\t \t\v\f\r 7 8\na\t12 apples\n", {"a=7.000", "a=12.000"}},
         {kHead + "a\tb\t1\n\t2\n \" \xC3\xA9 \t3\n", {"a=0.000", "=2.000", " \" \xC3\xA9 =3.000"}},
         {kHead + std::string("n\0l\t1\0001\nb\t2\n", 11), {std::string("n\0l=1.000", 9), "b=2.000"}},
+        {std::string(statistics::kLongestSnapshotLine, 'x') + "\n\na\t1\n", {"a=1.000"}},
     };
     for (const auto& [bytes, entries] : cases)
-        EXPECT_EQ(read(bytes), entries) << bytes;
+        EXPECT_EQ(read(bytes), entries) << bytes.substr(0, 40);
 }
 
 TEST_F(SnapshotFile, aValueIsTheNumberAtTheStartOfItsToken)
@@ -174,7 +180,8 @@ TEST_F(SnapshotFile, theReadingTellsHowAndWhereItEnded)
         EXPECT_EQ(reading.line, line) << bytes.substr(0, 40);
     }
     SnapshotValues values;
-    EXPECT_EQ(readSnapshotFile(dir("none.csv"), values).end, ESnapshotRead::Missing);
+    for (const char* name : {"none.csv", "a.csv/none.csv"})
+        EXPECT_EQ(readSnapshotFile(dir(name), values).end, ESnapshotRead::Missing) << name;
     EXPECT_EQ(values.size(), 0u);
 }
 
@@ -208,6 +215,9 @@ TEST_F(SnapshotFile, whatStandsAtItsNameIsReplacedAndNeverWrittenThrough)
     fs::create_symlink(dir("outside.csv"), dir("root/bench/a.csv"));
     EXPECT_EQ(written({{"a", 1}}), kHead + "a\t1\n");
     EXPECT_EQ(dir.read("outside.csv"), "mine");
+    std::error_code taken;
+    statistics::NativeFile::create(dir("outside.csv"), taken).close(taken);
+    EXPECT_EQ(taken, std::errc::file_exists);
     fs::remove(dir("root/bench/a.csv"));
     mkfifo(dir("root/bench/a.csv").c_str(), 0600); // whoever opens it waits for ever
     EXPECT_EQ(written({{"a", 2}}), kHead + "a\t2\n");
@@ -241,9 +251,12 @@ TEST_F(SnapshotFile, whatKilledProcessesLeftIsRemovedAndNothingElse)
     dir.write("root/.snapshot-1-2.part", kHead + "a\t1");
     dir.write("root/.snapshot-mine", "mine");
     fs::create_directory(dir("root/.snapshot-3-4.part"));
+    std::error_code error;
+    const auto atWork = statistics::NativeFile::create(dir("root/.snapshot-5-6.part"), error);
+    atWork.claim();
     statistics::removeUnfinishedSnapshots(dir("root"));
     EXPECT_FALSE(dir.has("root/.snapshot-1-2.part"));
-    EXPECT_EQ(filesIn(dir("root")), 2u);
+    EXPECT_EQ(filesIn(dir("root")), 3u);
 }
 
 TEST_F(SnapshotFile, whereNoFileCanBeMadeInTheRootItIsMadeInItsFolder)
@@ -268,6 +281,11 @@ TEST_F(SnapshotFile, whereNoFileCanBeMadeInTheRootItIsMadeInItsFolder)
     fs::last_write_time(dir("root"), longAgo);
     EXPECT_EQ(written({{"a", 1}}), kHead + "a\t1\n");
     EXPECT_FALSE(dir.has("outside.csv"));
+    fs::remove(dir("root/bench/a.csv"));
+    fs::create_directory(dir("root/bench/a.csv"));
+    const auto refused = statistics::writeSnapshotFile(dir("root"), "bench/a.csv", {});
+    EXPECT_TRUE(fs::is_directory(dir("root/bench/a.csv")));
+    EXPECT_EQ(refused.step, ESnapshotWrite::NotCreated);
     EXPECT_EQ(filesIn(dir("root")), 1u);
     EXPECT_EQ(fs::last_write_time(dir("root")), longAgo) << "its disk may be full";
     fs::remove_all(other);

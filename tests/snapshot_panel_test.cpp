@@ -203,6 +203,11 @@ TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
     EXPECT_TRUE(tells("2 folders with 3 files")) << "counted once";
     system().recordSnapshot();
     EXPECT_TRUE(tells("3 folders with 5 files"));
+    for (int file = 0; file < 1000; ++file)
+        dir.write("root/old/deeper/" + std::to_string(file), "");
+    system().recordSnapshot();
+    ui.frames(2);
+    EXPECT_TRUE(ui.read().findContaining("with at least "));
     TestAccess::clearSnapshots(); // as a press of a key does
     EXPECT_TRUE(tells("0 folders with 0 files"));
     EXPECT_TRUE(system().removeStatsAnalyzer());
@@ -297,6 +302,8 @@ TEST_F(SnapshotPanel, functorsMayThrowOrDropTheStore)
         hook = [] { system().removeStatsAnalyzer(); };
         click({button}); // "Diff" is open as it was
         EXPECT_FALSE(ui.read().contains("Diff"));
+        EXPECT_TRUE(create("other"));
+        EXPECT_EQ(system().recordSnapshot().problem, "snapshots were turned off meanwhile");
     }
 }
 

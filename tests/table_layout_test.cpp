@@ -59,6 +59,8 @@ TEST_F(TableLayout, widthsAreSharesOf850UntilABorderIsDraggedWhateverThePanelDoe
     for (const float first : {340.0f, 400.0f}) {
         for (const float width : {1000.0f, 1200.0f, 700.0f, 64.0f, 32.0f}) {
             showAt(width);
+            const ImGuiWindow& window = *ImGui::FindWindowByName("Statistics");
+            EXPECT_LE(window.WorkRect.Max.x, window.Pos.x + window.Size.x);
             showAt(1000);
             expectWidths(ui, first);
         }
@@ -261,7 +263,7 @@ TEST_F(TableLayout, atAnotherFontSizeNothingIsCut)
 {
     ImGui::GetIO().DisplaySize.x = 2600;
     ui.setFontScale(2);
-    ImGui::GetStyle().FramePadding.y = 12;
+    ImGui::GetStyle().FramePadding.y = 20;
     showAt(2500);
     EXPECT_NEAR(ui.text("3 B").min.x - ui.text("beta").min.x, 680, 1.1f);
     EXPECT_NEAR(ui.text("third").min.x - ui.text("3 B").min.x, 510, 1.1f);

@@ -168,6 +168,7 @@ TEST_F(TableOnPanel, anEntryActsOnTheDataRowThatTheMenuWasOpenedOnWhereverItStan
     for (const auto& [meanwhile, happens, place] : cases) {
         rows = {{"beta", 3}, {"gamma", 1}, {"alpha", 2}};
         table.sort(0, true);
+        table.m_selectedRow = NO_INDEX;
         show();
         ui.rightClick("beta");
         happens();

@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
-#include <thread>
 
 namespace {
 
@@ -29,13 +27,15 @@ TEST_F(TableModel, rowsMoveOnlyWhenSortedAnewOrWhenTheirNumberChanges)
     EXPECT_EQ(order(), (Indices{2, 0, 1}));
     rows[0].name = "zeta";
     EXPECT_EQ(order(), (Indices{2, 0, 1}));
-    rows.push_back({"delta", 9});
+    rows.push_back({"delta", 3});
     EXPECT_EQ(order(), (Indices{2, 3, 1, 0}));
     table.sort(1, false);
-    EXPECT_EQ(order(), (Indices{3, 0, 2, 1}));
+    EXPECT_EQ(order(), (Indices{0, 3, 2, 1})) << "equal rows in data order";
     rows.erase(rows.begin());
     EXPECT_EQ(order(), (Indices{2, 1, 0}));
     EXPECT_EQ(table.getSortedCell(0, 0), "delta");
+    table.m_order[1] = 3; // by a host
+    EXPECT_EQ(table.dataRow(1), NO_INDEX);
     EXPECT_EQ(statistics::getTableCell(id, 0, 1), "1 B") << "a cell by its data row";
     rows = {{"c", 1}, {"a", 1}, {"b", 1}};
     for (const bool ascending : {true, false}) {
@@ -88,29 +88,16 @@ TEST(TableSort, valuesThatDontOrderLoseNoRow)
     expectAllRows("another answer each time", [&](auto) { return mixed[random() % std::size(mixed)]; });
 }
 
-TEST(TableSort, anotherThreadMayWriteTheValuesMeanwhile)
+TEST(TableRows, areAsHighAsTheHighestOfTheirTextsInWhateverOrderTheyCome)
 {
-    std::vector<std::atomic<unsigned>> values(5000);
-    std::atomic<unsigned> rounds{0};
-    std::atomic<bool> stop{false};
-    std::thread writer([&] {
-        for (std::mt19937 random(3); !stop; ++rounds)
-            std::generate(values.begin(), values.end(), std::ref(random));
-    });
-    for (int sort = 0; sort < 3 || rounds < 6; ++sort)
-        expectAllRows("written meanwhile", [&](std::size_t row) { return values[row].load(); });
-    stop = true;
-    writer.join();
-}
-
-TEST_F(TableModel, aRowCountThatIsNeverTheSameReadsNoRowThatIsNotThere)
-{
-    std::size_t count = 0;
-    table.m_rowCount = [&] { return ++count * 7 % 11; };
-    table.m_header = {
-        {"Row", "", [](std::size_t row) { return row < 11 ? CounterValue(1) : throw row; }, 0, 0, 1}};
-    for (int turn = 0; turn < 50; ++turn)
-        EXPECT_NO_THROW(show());
+    statistics::RowLines lines;
+    for (const auto& [row, text] : {std::pair(5, "two\nlines"), std::pair(2, "these\nare\nthree"),
+                                    std::pair(2, "two\nlines\n"), std::pair(7, "one\n")})
+        lines.add(static_cast<std::size_t>(row), text);
+    Indices extra;
+    for (const std::size_t row : {2u, 3u, 5u, 6u, 9u})
+        extra.push_back(lines.extraBefore(row));
+    EXPECT_EQ(extra, (Indices{0, 2, 2, 3, 3}));
 }
 
 TEST_F(TableModel, aColumnOutOfRangeIsReportedByTheSortAndTheSumAndHasNoCells)

@@ -174,6 +174,7 @@ TEST(Value, addsWhatFitsAndReportsTheRest)
         {1.5f, 2.0f, "3.500 decimal", Texts()},
         {1, 2.0f, "1 int", Texts{unfit}},
         {1.0f, 2u, "1.000 decimal", Texts{unfit}},
+        {text("a"), Value(), "a string", Texts()},
         {text("a"), 1, "a string", Texts{unfit}},
         {text("a"), text("b"), "a string", Texts{"false"}},
     };

@@ -20,7 +20,7 @@ public:
     {
         std::random_device random;
         do {
-            m_path = std::filesystem::temp_directory_path() / ("statistics_" + std::to_string(random()));
+            m_path = std::filesystem::temp_directory_path() / ("100 %d_" + std::to_string(random()));
         } while (!std::filesystem::create_directory(m_path));
         protect("", 0755); // for Unprivileged
     }

@@ -93,6 +93,8 @@ TEST(Marks, takesARunByItsMedianAndItsTextsTogether)
     EXPECT_EQ(row.mark, compare::EMark::Same);
     EXPECT_EQ(row.base->numbers.count, 3u);
     EXPECT_EQ(row.base->numbers.spread, 2);
+    EXPECT_EQ(compared.row(Values(100, "1"), {"1"}).base->numbers.count, 100u);
+    EXPECT_EQ(compared.row({"-100"}, {"-110"}).percent, -10);
     EXPECT_EQ(compared.mark({"idle", "busy", "idle"}, {"busy", "idle"}), "same");
     EXPECT_EQ(compared.mark({"idle", "busy"}, {"busy", "lost", "idle"}), "changed");
     EXPECT_EQ(compared.mark({"idle", "1"}, {"idle", "2"}), "changed");
@@ -163,12 +165,15 @@ TEST(Limits, judgeTheNewSide)
     EXPECT_FALSE(compared.row({"50"}, {"33.3"}, "Frame/Time").limit);
     EXPECT_TRUE(compared.row({"1"}, {"33.301"}, "Frame/Time").limit);
     EXPECT_TRUE(compared.row({"4"}, {"4"}, "Work/Size").limit);
+    EXPECT_FALSE(compared.row({"4"}, {"5"}, "Work/Size").limit);
     EXPECT_TRUE(compared.row({""}, {"7"}, "Work/Size").limit);
     EXPECT_FALSE(compared.row({"4"}, {"---"}, "Work/Size").limit);
 
     dir.write("damaged.json", "{\"limits\":\n{");
     EXPECT_NE(readLimits(dir("damaged.json"), {}, compared.judgement().limits), "");
     EXPECT_NE(readLimits(dir("missing.json"), {}, compared.judgement().limits), "");
+    dir.write("long.json", std::string((1 << 20) + 1, ' '));
+    EXPECT_EQ(readLimits(dir("long.json"), {}, compared.judgement().limits), "is longer than 1 MiB");
     EXPECT_NE(readLimits(dir(""), {}, compared.judgement().limits), "");
 }
 
