@@ -47,13 +47,6 @@ void addTable(System& system)
     addClipboardAction(id);
 }
 
-void keepHistory(std::size_t samples)
-{
-    Options options;
-    options.history = samples;
-    System::instance()->setOptions(options);
-}
-
 class SteadyFrame : public test::Panel {};
 
 TEST_F(SteadyFrame, AllocatesNothing)
@@ -61,7 +54,7 @@ TEST_F(SteadyFrame, AllocatesNothing)
     System& system = *System::instance();
     addCounters(system);
     addTable(system);
-    keepHistory(30);
+    setOption(&Options::history, 30);
     system.createPreset("a preset", {});
     std::size_t allocated = 0; // by the library, not by the host around it
     ui.setScene([&] {
@@ -81,9 +74,7 @@ TEST_F(SteadyFrame, AllocatesNothing)
     ui.frames(100);
     EXPECT_EQ(allocated, 0u);
 
-    Options options = system.options();
-    options.filter = true;
-    system.setOptions(options);
+    setOption(&Options::filter, true);
     system.setFilter("a counter with a long name -17");
     ui.frames(120);
     allocated = 0;
@@ -99,7 +90,7 @@ protected:
     void cycle()
     {
         const unsigned top = system().createLabel("top");
-        keepHistory(40);
+        setOption(&Options::history, 40);
         for (int index = 0; index < 50; ++index)
             system().createCounter(std::to_string(index),
                                    std::make_unique<Counter>(0.0f, 1.0f, changingValue, "%.2f", ""), 0.0f,
@@ -118,7 +109,7 @@ protected:
         system().removeStatsAnalyzer();
         system().clearPresets();
         system().removeItem(top);
-        keepHistory(0);
+        setOption(&Options::history, 0);
     }
 
     std::vector<std::size_t> poolSizes() const

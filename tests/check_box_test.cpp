@@ -10,7 +10,7 @@ using statistics::TestAccess;
 
 class CheckBoxes : public test::Panel {
 protected:
-    // The slot of the new box.
+    /// The slot of the new box.
     static unsigned add(const std::string& caption)
     {
         const unsigned item = TestAccess::render().createCheckbox(caption, {});
@@ -19,7 +19,7 @@ protected:
     }
     static bool value(unsigned slot) { return TestAccess::render().checkboxes[slot].value; }
 
-    // An "x" for each place, from left to right, where a click turns the box.
+    /// An "x" for each place, from left to right, where a click turns the box.
     std::string reach(unsigned slot, ImVec2 from)
     {
         std::string turned;

@@ -17,7 +17,7 @@ protected:
         return add(name, Counter([value] { return value; }), parent);
     }
 
-    // A table with one column, in which each row gives its number, from 1.
+    /// A table with one column, in which each row gives its number, from 1.
     static void table(const char* name, const std::size_t& rows, unsigned parent)
     {
         const unsigned id = system().createTable(

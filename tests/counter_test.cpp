@@ -9,7 +9,7 @@ namespace {
 
 class Counters : public test::CounterPanel {
 protected:
-    // The width of all that is filled in one colour.
+    /// The width of all that is filled in one colour.
     float width(ImVec4 color, float alpha = 1)
     {
         color.w = alpha;
@@ -54,7 +54,7 @@ TEST_F(Counters, showEveryTextWholeInOneColumnAtAnyDepth)
     EXPECT_GT(value.min.x, bar.center().x); // behind the filled half
 }
 
-// Captions grow by a letter each, so that some end just before the value column, and some behind it.
+/// Captions grow by a letter each, so that some end just before the value column, and some behind it.
 TEST_F(Counters, neverPrintOneTextOverAnother)
 {
     ImGui::GetIO().DisplaySize.x = 2600;

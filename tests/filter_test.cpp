@@ -24,7 +24,7 @@ protected:
             "column", [](std::size_t) { return CounterValue("cell"); }, 0.5f);
     }
 
-    // The last name is a counter's.
+    /// The last name is a counter's.
     static void add(std::string_view path)
     {
         unsigned parent = 0;
@@ -32,7 +32,7 @@ protected:
             parent = label(std::string(path.substr(0, end)).c_str(), parent);
         system().createCounter(std::string(path), std::make_unique<Counter>([] { return 1; }), 0, parent);
     }
-    // Paths of what is found.
+    /// Paths of what is found.
     static Lines found(const std::string& words)
     {
         system().setFilter(words);
@@ -48,7 +48,7 @@ protected:
         }
         return paths;
     }
-    // Captions on the panel without values, an opened level after the other.
+    /// Captions on the panel without values, an opened level after the other.
     Lines shown()
     {
         Lines names;
@@ -71,9 +71,7 @@ protected:
     }
     void showLine()
     {
-        Options options;
-        options.filter = true;
-        system().setOptions(options);
+        setOption(&Options::filter, true);
         show();
     }
 };

@@ -40,19 +40,7 @@ TEST(FreeSlotVector, growsFrom64OrWhatItHasByDoubling)
     }
 }
 
-TEST(FreeSlotVector, theSlotFreedLastIsUsedFirst)
-{
-    const Shared element = std::make_shared<int>(1);
-    free_slot_vector<Shared> slots = filled(10, element);
-    slots.erase(3);
-    slots.erase(7);
-    slots.erase(7); // changes nothing: the list gains no loop
-    EXPECT_EQ(element.use_count(), 1 + 8);
-    for (const Index expected : {7u, 3u, 10u})
-        EXPECT_EQ(slots.emplace(element), expected);
-}
-
-// Erases another slot when it goes.
+/// Erases another slot when it goes.
 struct Chained {
     Chained(free_slot_vector<Chained>* owner, Index other) : slots(owner), next(other) {}
     Chained(Chained&& moved) noexcept : slots(std::exchange(moved.slots, nullptr)), next(moved.next) {}
@@ -114,7 +102,7 @@ TEST(FreeSlotVector, whatIsNotThereIsReportedAndMemoryOutsideIsNotTouched)
     }
 }
 
-// Throws for negative values. The small one is of the kind that a variant likes to build aside and copy in.
+/// Throws for negative values. The small one is of the kind that a variant likes to build aside and copy in.
 struct Small {
     explicit Small(int v) : value(v)
     {
@@ -181,17 +169,20 @@ TEST(FreeSlotVector, clearAndMoveTakeAllElementsAndLeaveNone)
 {
     const Shared element = std::make_shared<int>(1);
     free_slot_vector<Shared> source = filled(70, element);
+    source.erase(7);
     source.erase(4);
+    source.erase(4); // changes nothing: the list gains no loop
     free_slot_vector<Shared> target = filled(3, element);
     target = std::move(source);
-    EXPECT_EQ(element.use_count(), 1 + 69);
-    EXPECT_EQ(target.emplace(element), 4u);
+    EXPECT_EQ(element.use_count(), 1 + 68);
+    for (const Index expected : {4u, 7u, 70u})
+        EXPECT_EQ(target.emplace(element), expected); // the one freed last comes first
     source = free_slot_vector<Shared>(std::move(target));
     // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): it promises to be empty
     EXPECT_EQ(target.emplace(element), 0u);
     target.clear();
     // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
-    EXPECT_EQ(element.use_count(), 1 + 70);
+    EXPECT_EQ(element.use_count(), 1 + 71);
     source.clear();
     EXPECT_EQ(element.use_count(), 1);
     EXPECT_EQ(source.size(), 0u);

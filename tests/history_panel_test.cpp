@@ -17,13 +17,6 @@ protected:
     static constexpr float kPlotWidth = 300;
     static constexpr float kPlotHeight = 90;
 
-    static void keep(std::size_t samples)
-    {
-        statistics::Options options = system().options();
-        options.history = samples;
-        system().setOptions(options);
-    }
-
     void give(const std::vector<CounterValue>& values)
     {
         for (const CounterValue& next : values) {
@@ -38,7 +31,7 @@ protected:
         return Counter([this] { return value; }, format);
     }
 
-    // What the tooltip says, line by line.
+    /// What the tooltip says, line by line.
     Strings pointAt(std::string_view text)
     {
         ui.moveTo(text);
@@ -68,7 +61,7 @@ protected:
         return {};
     }
 
-    // Of all that is filled in a colour inside the plot.
+    /// Of all that is filled in a colour inside the plot.
     test::Rect bounds(ImU32 wanted)
     {
         const test::Rect area = plot();
@@ -119,11 +112,12 @@ TEST_F(HistoryPanel, saysWhatAPlotCannotShow)
 {
     add("Value", counter());
     const std::pair<std::vector<CounterValue>, std::string> cases[] = {
-        {{"text"}, "No past: there has been no number yet."},
+        {{CounterValue(), "text"}, "No past: there has been no number yet."},
         {{2, 2, 2}, "Constant."},
         {{NAN, NAN}, "No finite sample: not a number."},
         {{INFINITY, NAN}, "No finite sample: infinite."},
         {{1, NAN, "gone"}, "Constant. 2 not finite."},
+        {{-3, 7u, CounterValue(), "gone", INFINITY}, "3 not finite."},
         {{-FLT_MAX, INFINITY, FLT_MAX}, "1 not finite."},
     };
     for (const auto& [values, note] : cases) {
@@ -134,7 +128,7 @@ TEST_F(HistoryPanel, saysWhatAPlotCannotShow)
     }
 }
 
-// One sample among so many is higher than the rest, one lower; they may stand on any pixel.
+/// One sample among so many is higher than the rest, one lower; they may stand on any pixel.
 TEST_F(HistoryPanel, showsLowestAndHighestOfManySamplesWhereverTheyStand)
 {
     add("Value", counter());

@@ -18,13 +18,6 @@ using Samples = std::vector<float>;
 
 class History : public test::CounterPanel {
 protected:
-    static void keep(std::size_t samples)
-    {
-        statistics::Options options = system().options();
-        options.history = samples;
-        system().setOptions(options);
-    }
-
     static Samples past(unsigned id) { return system().history(id).samples; }
 
     unsigned addCount(const std::string& name)
@@ -60,26 +53,6 @@ TEST_F(History, keepsTheNewestSamplesOldestFirstWhateverItsSizeBecomes)
     keep(0);
     keep(2);
     EXPECT_EQ(past(id), Samples());
-}
-
-TEST_F(History, isOfNumbersAndHasGapsWhereACounterGaveNone)
-{
-    CounterValue value = "text";
-    const unsigned id = add("Changing", Counter([&] { return value; }));
-    keep(10);
-    const float infinity = std::numeric_limits<float>::infinity();
-    for (const CounterValue& next : {CounterValue("text"), CounterValue(), CounterValue(-3), CounterValue(7u),
-                                     CounterValue("text"), CounterValue(), CounterValue(infinity)}) {
-        value = next;
-        sample();
-    }
-    const Samples samples = past(id);
-    ASSERT_EQ(samples.size(), 5u);
-    EXPECT_EQ(samples[0], -3);
-    EXPECT_EQ(samples[1], 7);
-    EXPECT_TRUE(std::isnan(samples[2]));
-    EXPECT_TRUE(std::isnan(samples[3]));
-    EXPECT_EQ(samples[4], infinity);
 }
 
 TEST_F(History, isOfTheCounterThatStandsThereNow)
@@ -122,7 +95,7 @@ TEST_F(History, thatIsEndlessEndsAtItsBound)
     EXPECT_EQ(past(id), (Samples{1, 2}));
 }
 
-// Counters of three periods come and go while the size changes, against one list for each.
+/// Counters of three periods come and go while the size changes, against one list for each.
 TEST_F(History, keepsEveryCountersOwnSamples)
 {
     std::mt19937 random(7);

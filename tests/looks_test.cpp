@@ -6,8 +6,6 @@
 #include "support/test_access.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -19,13 +17,6 @@ const std::string kHead = "sep=\t\nCaption\tValue\n";
 
 class Looks : public test::CounterPanel {
 protected:
-    template<typename Value>
-    static void turnOn(Value Options::*option, Value value)
-    {
-        Options options = system().options();
-        options.*option = value;
-        system().setOptions(options);
-    }
     Lines linesBelow(const std::string& caption)
     {
         const Lines lines = ui.read().lines();
@@ -94,7 +85,7 @@ TEST_F(Looks, theLimitThatTheLastSampleCrossedStandsOut)
     };
     show();
     EXPECT_EQ(shownHigh(), Lines{});
-    turnOn(&Options::markOutside, true);
+    setOption(&Options::markOutside, true);
     const std::pair<unsigned, Lines> cases[] = {{5, {"10"}}, {10, {}}, {20, {}}, {21, {"20"}}};
     for (const auto& [sampled, marked] : cases) {
         value = sampled;
@@ -103,14 +94,14 @@ TEST_F(Looks, theLimitThatTheLastSampleCrossedStandsOut)
         ui.frame();
         EXPECT_EQ(shownHigh(), marked) << sampled;
     }
-    turnOn(&Options::markOutside, false);
+    setOption(&Options::markOutside, false);
     ui.frame();
     EXPECT_EQ(shownHigh(), Lines{});
 }
 
 class SortArrows : public test::TablePanel {
 protected:
-    // The arrows on a header: their bounds.
+    /// The arrows on a header: their bounds.
     std::vector<test::Rect> arrows(const std::string& header)
     {
         const test::Rect button = ui.read().rectsAt(ui.text(header).center()).back();
@@ -120,7 +111,7 @@ protected:
                 found.push_back(mark);
         return found;
     }
-    // The headers that have one.
+    /// The headers that have one.
     Lines pointed()
     {
         Lines headers;
@@ -130,9 +121,7 @@ protected:
     }
     void turnOn()
     {
-        Options options;
-        options.sortArrows = true;
-        system().setOptions(options);
+        setOption(&Options::sortArrows, true);
         show();
     }
 };
@@ -174,7 +163,7 @@ protected:
     }
     Lines shownWith(bool sorted)
     {
-        turnOn(&Options::sortSnapshots, sorted);
+        setOption(&Options::sortSnapshots, sorted);
         ui.frames(2);
         Lines lines = linesBelow("Snapshots");
         lines.pop_back(); // the buttons
@@ -203,33 +192,7 @@ TEST_F(SortedSnapshots, actOnTheirOwnRecords)
     EXPECT_EQ(store.snapshots.at(ticked).name, "f023.csv");
 }
 
-TEST_F(Looks, theComparisonFlagsWhatDiffersByMoreThanTheTolerance)
-{
-    dir.write("root/old/a.csv", kHead + "same\t100\nnear\t100\nfar\t100\nnan\tnan\n");
-    dir.write("root/old/b.csv", kHead + "same\t100\nnear\t-104\nnear\t104\nfar\t106\nnan\tnan\n");
-    turnOn(&Options::compareTolerance, 0.05f);
-    openSnapshots("old");
-    ui.clickBox("a.csv");
-    ui.clickBox("b.csv");
-    const auto flagged = [&] {
-        ui.frame();
-        Lines texts;
-        for (const char* caption : {"same", "near", "far", "nan"})
-            if (ui.text(caption).color == IM_COL32(255, 153, 0, 255))
-                texts.emplace_back(caption);
-        return texts;
-    };
-    EXPECT_EQ(flagged(), Lines{"far"});
-    turnOn(&Options::compareTolerance, 0.2f);
-    EXPECT_EQ(flagged(), Lines{});
-    for (const float none : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()}) {
-        turnOn(&Options::compareTolerance, 1.0f);
-        turnOn(&Options::compareTolerance, none);
-        EXPECT_EQ(flagged(), (Lines{"near", "far", "nan"}));
-    }
-}
-
-// A panel with something of each kind, all of it open.
+/// A panel with something of each kind, all of it open.
 class WholePanel : public Looks {
 protected:
     WholePanel()
@@ -256,40 +219,33 @@ protected:
         ui.frames(3);
         return test::drawData();
     }
-    template<typename Value>
-    static Options only(const Options& all, Value Options::*option)
-    {
-        Options options;
-        options.*option = all.*option;
-        return options;
-    }
 };
 
 TEST_F(WholePanel, isThePlainOneAgainToTheByteWhenAllIsTurnedOff)
 {
     const std::string plain = drawn();
-    Options all;
-    all.history = 100;
-    all.filter = all.markOutside = all.sortArrows = all.sortSnapshots = true;
-    all.background = 1;
-    all.compareTolerance = 0.1f;
-    const std::pair<const char*, Options> cases[] = {
-        {"background", only(all, &Options::background)},
-        {"markOutside", only(all, &Options::markOutside)},
-        {"sortArrows", only(all, &Options::sortArrows)},
+    const std::pair<const char*, void (*)()> cases[] = {
+        {"background", [] { setOption(&Options::background, 1); }},
+        {"markOutside", [] { setOption(&Options::markOutside, true); }},
+        {"sortArrows", [] { setOption(&Options::sortArrows, true); }},
 #ifndef _WIN32 // which lists files by name
-        {"sortSnapshots", only(all, &Options::sortSnapshots)},
+        {"sortSnapshots", [] { setOption(&Options::sortSnapshots, true); }},
 #endif
-        {"compareTolerance", only(all, &Options::compareTolerance)},
+        {"compareTolerance", [] { setOption(&Options::compareTolerance, 0.1f); }},
+        {"history", [] { setOption(&Options::history, 100); }},
+        {"filter", [] { setOption(&Options::filter, true); }},
     };
-    for (const auto& [option, options] : cases) {
-        system().setOptions(options);
-        EXPECT_FALSE(drawn() == plain) << option << " changes nothing";
+    for (const auto& [option, turnOn] : cases) {
+        turnOn();
+        EXPECT_NE(test::firstDifference(drawn(), plain), "") << option << " changes nothing";
+        system().setOptions({});
+        EXPECT_EQ(test::firstDifference(drawn(), plain), "") << option << " leaves something";
     }
-    system().setOptions(all);
+    for (const auto& [option, turnOn] : cases)
+        turnOn();
     drawn();
     system().setOptions({});
-    EXPECT_TRUE(drawn() == plain) << "the panel isn't what it was";
+    EXPECT_EQ(test::firstDifference(drawn(), plain), "") << "all together leave something";
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-// Memory that fails inside a call of the host: the call is done whole or not at
-// all.
+// Memory that fails inside a call of the host: the call is done whole or not at all.
 #include "support/allocations.h"
 #include "support/files.h"
 #include "support/panel.h"
@@ -19,13 +18,6 @@ class MemoryFailure : public test::Panel {
 protected:
     using State = std::vector<std::string>;
 
-    static void keepHistory(std::size_t samples)
-    {
-        Options options;
-        options.history = samples;
-        system().setOptions(options);
-    }
-
     /// Items of each kind, two presets; with `full`, the next node makes the tree grow, and there is a past.
     void build(bool full)
     {
@@ -41,7 +33,7 @@ protected:
         for (const char* name : {"A", "B"})
             system().createPreset(name, {{"key", {1.0f, 2.0f}}});
         if (full)
-            keepHistory(4);
+            setOption(&Options::history, 4);
         sample();
         while (full && TestAccess::tree().nextId() < TestAccess::tree().m_nodes.size())
             system().createLabel(std::to_string(TestAccess::tree().nextId()));
@@ -203,7 +195,7 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
         {"choice", [] { system().choosePreset(1); }},
         {"clearing", [] { system().clearPresets(); }},
         {"removal", [&] { system().removeItem(group); }},
-        {"history", [] { keepHistory(50); }},
+        {"history", [] { setOption(&Options::history, 50); }},
         {"search", [] { EXPECT_NE(getItemIndex("group/table"), INVALID_ID); }},
         {"warnings", [] { EXPECT_EQ(system().collectWarnings().size(), 1u); }},
     };

@@ -1,11 +1,10 @@
 // The panel as its user sees it: order, names, opening and closing, window, scrolling.
-#include "support/panel.h"
+#include "support/counter_panel.h"
 #include "support/test_access.h"
 
 #include <imgui_internal.h>
 
 #include <cmath>
-#include <memory>
 #include <set>
 #include <tuple>
 
@@ -14,18 +13,14 @@ namespace {
 using namespace statistics;
 using Lines = std::vector<std::string>;
 
-class PanelTest : public test::Panel {
+class PanelTest : public test::CounterPanel {
 protected:
-    static unsigned addCounter(const std::string& name, const Counter::Getter& getter, unsigned parent = 0)
-    {
-        return system().createCounter(name, std::make_unique<Counter>(getter), 0, parent);
-    }
     static void addPresetAndSnapshots()
     {
         system().createPreset("preset", {});
         ASSERT_TRUE(system().createStatsAnalyzer(testing::TempDir() + "no such root", "run", {}));
     }
-    // Closed lines follow each other at one distance, whatever they show.
+    /// Closed lines follow each other at one distance, whatever they show.
     void clickArrow(std::size_t line)
     {
         const ImVec2 panel = ui.window("Statistics").min;
@@ -42,7 +37,7 @@ protected:
                 found.push_back(text.text);
         return found;
     }
-    // As a host that lays out its windows itself.
+    /// As a host that lays out its windows itself.
     void fixHeight(float height)
     {
         ImGui::GetIO().DisplaySize = ImVec2(1280, height + 100);
@@ -100,10 +95,10 @@ TEST_F(PanelTest, showsOddNamesWholeAndOpensEachByItself)
 
 TEST_F(PanelTest, itemsOfOneNameOpenOneByOne)
 {
-    const auto one = [] { return CounterValue(1); };
+    const Counter one([] { return CounterValue(1); });
     label("leaf 1", label("x", label("A")));
-    label("leaf 2", addCounter("x", one, label("B")));
-    label("leaf 3", addCounter("x", one, addCounter("C", one)));
+    label("leaf 2", add("x", one, label("B")));
+    label("leaf 3", add("x", one, add("C", one)));
     label("mine 1", label("Presets"));
     label("mine 2", label("Diff"));
     addPresetAndSnapshots();
@@ -162,7 +157,7 @@ TEST_F(PanelTest, hasTheSizeThatSettingsOrHostGive)
     EXPECT_EQ(ui.window("Statistics").size().y, 444);
 }
 
-// Lines of all kinds, some of them open, one wider than the window, one whose value changes its height.
+/// Lines of all kinds, some of them open, one wider than the window, one whose value changes its height.
 class LongPanel : public PanelTest {
 protected:
     struct Look {
@@ -173,7 +168,7 @@ protected:
     LongPanel()
     {
         label((std::string(200, ' ') + "end").c_str());
-        addCounter("tall", [this] { return CounterValue(tall ? "a\nb\nc" : "first"); });
+        add("tall", Counter([this] { return CounterValue(tall ? "a\nb\nc" : "first"); }));
         label("two\nlines");
         for (int i = 0; i < 70; ++i) {
             const std::string number = std::to_string(i);
@@ -181,9 +176,8 @@ protected:
             label(("leaf " + number).c_str(), group);
             label(("deep " + number).c_str(), label(("sub " + number).c_str(), group));
             const auto value = [i] { return CounterValue(i); };
-            addCounter("plain " + number, value, group);
-            auto limited = std::make_unique<Counter>(0, 60, value, "%d in a bar", "");
-            system().createCounter("limited " + number, std::move(limited), 0, group);
+            add("plain " + number, Counter(value), group);
+            add("limited " + number, {0, 60, value, "%d in a bar", ""}, group);
             for (const char* name : {"box ", "odd ## box "})
                 TestAccess::tree().addChild(TestAccess::render().createCheckbox(name + number, {}), group);
         }
@@ -208,7 +202,7 @@ protected:
                                 std::lround(text.center().y - window().DC.CursorStartPos.y));
         return seen;
     }
-    // In the part that the window shows now, but for lines that its borders cut.
+    /// In the part that the window shows now, but for lines that its borders cut.
     void expectSameAs(const Look& whole)
     {
         const auto inView = [](const Look& seen) {
@@ -245,25 +239,6 @@ TEST_F(LongPanel, scrollsAndAnswersClicksAsIfEachLineWereDrawn)
     EXPECT_EQ(ui.text("leaf 58").line, ui.text("group 58").line + 1);
 }
 
-TEST_F(LongPanel, followsALineThatChangesItsHeightOutOfView)
-{
-    const Look low = look();
-    tall = true;
-    sample();
-    ui.frames(3);
-    const Look high = look();
-    EXPECT_GT(high.extent.y, low.extent.y);
-    fixHeight(300);
-    ui.moveTo(ui.window("Statistics").center());
-    ui.wheel(0, -10);
-    for (const bool value : {false, true}) {
-        tall = value;
-        sample();
-        ui.frames(2);
-        expectSameAs(value ? high : low);
-    }
-}
-
 TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
 {
     const unsigned group = getItemIndex("group 0");
@@ -286,24 +261,24 @@ TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
 TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
 {
     std::string text = "short";
-    addCounter("grows", [&] { return CounterValue(text); });
-    auto limited = std::make_unique<Counter>(
-        0, 1, [] { return 0; }, "", "%.60f\n\n");
-    system().createCounter("limits", std::move(limited), 0);
+    add("grows", Counter([&] { return CounterValue(text); }));
+    add("limits", {0, 1, [] { return 0; }, "", "%.60f\n\n"});
     system().createPreset("far", {{"", {0, 1e30f}}});
     sample();
-    fixHeight(300);
-    ui.moveTo(ui.window("Statistics").center());
-    ui.wheel(0, 1000);
     ImGuiStyle& style = ImGui::GetStyle();
     const std::function<void()> changes[] = {
         [&] { system().choosePreset(0); }, // first, while nothing else is as wide
         [&] { text = std::string(300, 'w'); },
         [&] { text = std::string(250, 'i'); },
+        [&] { tall = true; },
+        [&] { tall = false; },
         [&] { style.ItemSpacing.y = 9; },
         [&] { style.FramePadding.y = 7; },
-        [&] { ImGui::GetIO().FontGlobalScale = 1.5f; }};
+        [&] { ImGui::GetIO().FontGlobalScale = 2; }};
     for (const std::function<void()>& change : changes) {
+        fixHeight(300);
+        ui.moveTo(ui.window("Statistics").center());
+        ui.wheel(0, -10); // the first lines and the last ones are out of view
         change();
         sample();
         ui.frames(3);
@@ -311,7 +286,6 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
         fixHeight(9000);
         EXPECT_EQ(skipped.x, window().ContentSize.x) << "change " << &change - changes;
         EXPECT_EQ(skipped.y, window().ContentSize.y) << "change " << &change - changes;
-        fixHeight(300);
     }
 }
 
@@ -331,7 +305,7 @@ TEST_F(LongPanel, isLoggedWholeAndLooksAsBefore)
     expectSameAs(whole);
 }
 
-// A host's own window, without anything of the library, shows where each key leads.
+/// A host's own window, without anything of the library, shows where each key leads.
 TEST_F(PanelTest, movesByTheKeyboardAsAPlainWindowDoes)
 {
     constexpr int kLines = 200;
@@ -397,7 +371,7 @@ TEST_F(PanelTest, findsAGroupThatWasMadeAnewAsTheUserLeftIt)
     }
 }
 
-// One window drawn twice a frame by a host of two looks: each keeps what it knows.
+/// One window drawn twice a frame by a host of two looks: each keeps what it knows.
 TEST_F(LongPanel, keepsItsPlaceInEachOfTwoLooks)
 {
     fixHeight(300);

@@ -27,7 +27,7 @@ using Lines = std::vector<std::string>;
 
 const std::string kHead = "sep=\t\nCaption\tValue\n";
 
-// "folder/name" of each record. Positions are proved on the way.
+/// "folder/name" of each record. Positions are proved on the way.
 Lines records(const StatisticsAnalyzer& store)
 {
     Lines names;

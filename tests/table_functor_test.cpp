@@ -15,10 +15,10 @@ using statistics::CounterValue;
 using statistics::NO_INDEX;
 using test::Lines;
 
-// A table "Inner" in a group of its own; one of its functors does a deed when its moment has come.
+/// A table "Inner" in a group of its own; one of its functors does a deed when its moment has come.
 class TableFunctors : public test::TablePanel {
 protected:
-    // A functor whose captures must outlive what it does.
+    /// A functor whose captures must outlive what it does.
     template<class Read>
     auto doing(std::string_view functor, Read read)
     {
@@ -146,7 +146,7 @@ TEST_F(TableFunctors, mayDoAnythingAtAnyMoment)
     }
 }
 
-// Counts how often a functor that holds it is copied.
+/// Counts how often a functor that holds it is copied.
 struct CopyCounter {
     explicit CopyCounter(int& copied) : copies(copied) {}
     CopyCounter(const CopyCounter& other) : copies(other.copies) { ++copies; }

@@ -31,7 +31,7 @@ protected:
         ui.frame();
     }
 
-    // Of the first two columns; a dragging is as exact as the mouse.
+    /// Of the first two columns; a dragging is as exact as the mouse.
     static void expectWidths(offscreen::Host& screen, float first)
     {
         EXPECT_NEAR(screen.text("3 B").min.x - screen.text("beta").min.x, first, 1.1f);
@@ -192,7 +192,7 @@ TEST_F(TableLayout, manyRowsDrawOnlyWhatIsInViewEachInItsPlace)
     EXPECT_LT(ImGui::GetDrawData()->TotalVtxCount, kMostVertices);
 }
 
-// Against the whole table, drawn in a window as high as it is.
+/// Against the whole table, drawn in a window as high as it is.
 TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
 {
     constexpr int kRows = 80;
@@ -258,7 +258,7 @@ TEST_F(TableLayout, theKeyboardReachesEveryRow)
     EXPECT_NEAR(static_cast<double>(table.m_selectedRow), 470, 10);
 }
 
-// The numbers of the layout grow with the font.
+/// The numbers of the layout grow with the font.
 TEST_F(TableLayout, atAnotherFontSizeNothingIsCut)
 {
     ImGui::GetIO().DisplaySize.x = 2600;

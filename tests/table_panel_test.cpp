@@ -15,7 +15,7 @@ using test::Lines;
 
 class TableOnPanel : public test::TablePanel {
 protected:
-    // The sizes of the rows from top to bottom, as digits.
+    /// The sizes of the rows from top to bottom, as digits.
     std::string order()
     {
         std::string digits;
@@ -24,7 +24,7 @@ protected:
         return digits;
     }
 
-    // The cells that are drawn as selected, with the mouse out of the way.
+    /// The cells that are drawn as selected, with the mouse out of the way.
     Lines selected()
     {
         ui.moveTo(ImVec2(1, 1));

@@ -58,34 +58,27 @@ TEST_F(TableModel, aRefreshReadsEachCellOnceAndTheRowCountOncePerCell)
     EXPECT_EQ(table.m_order.size(), 3u) << "no cell is read, so nothing sorts";
 }
 
-Indices dataOrder(std::size_t count)
-{
-    Indices order(count);
-    std::iota(order.begin(), order.end(), 0);
-    return order;
-}
-
-// Sorts thousands of rows both ways; each must be in the order, once.
-void expectAllRows(const char* what, std::function<CounterValue(std::size_t)> read)
-{
-    Table table([] { return std::size_t{5000}; });
-    table.addColumn("Value", std::move(read), 1);
-    for (const bool ascending : {true, false}) {
-        table.sort(0, ascending);
-        std::sort(table.m_order.begin(), table.m_order.end());
-        EXPECT_EQ(table.m_order, dataOrder(5000)) << what;
-    }
-}
-
 TEST(TableSort, valuesThatDontOrderLoseNoRow)
 {
     const CounterValue nan = std::numeric_limits<float>::quiet_NaN();
     const CounterValue mixed[] = {1, 2u, nan, 1.5f, std::string("2"), {}, -1};
     std::mt19937 random(11);
-    expectAllRows("NaN",
-                  [&](std::size_t row) { return row % 3 ? static_cast<unsigned>(row * 7 % 97) : nan; });
-    expectAllRows("mixed kinds", [&](std::size_t row) { return mixed[row * 5 % std::size(mixed)]; });
-    expectAllRows("another answer each time", [&](auto) { return mixed[random() % std::size(mixed)]; });
+    const std::pair<const char*, std::function<CounterValue(std::size_t)>> cases[] = {
+        {"NaN", [&](auto row) { return row % 3 ? static_cast<unsigned>(row * 7 % 97) : nan; }},
+        {"mixed kinds", [&](auto row) { return mixed[row * 5 % std::size(mixed)]; }},
+        {"another answer each time", [&](auto) { return mixed[random() % std::size(mixed)]; }},
+    };
+    Indices all(5000);
+    std::iota(all.begin(), all.end(), 0);
+    for (const auto& [values, read] : cases) {
+        Table table([&] { return all.size(); });
+        table.addColumn("Value", read, 1);
+        for (const bool ascending : {true, false}) {
+            table.sort(0, ascending);
+            std::sort(table.m_order.begin(), table.m_order.end());
+            EXPECT_EQ(table.m_order, all) << values;
+        }
+    }
 }
 
 TEST(TableRows, areAsHighAsTheHighestOfTheirTextsInWhateverOrderTheyCome)

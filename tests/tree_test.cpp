@@ -16,7 +16,7 @@ using namespace statistics;
 using Ids = std::vector<unsigned>;
 using Names = std::vector<std::string>;
 
-// A tree of labels.
+/// A tree of labels.
 struct Forest {
     Render render;
     Tree tree;

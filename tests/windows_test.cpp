@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using statistics::StatisticsAnalyzer;
 
-// "Zähler 中😀" as the host tells it, and as the system knows it.
+/// "Zähler 中😀" as the host tells it, and as the system knows it.
 const std::string kName = "Z\xC3\xA4hler \xE4\xB8\xAD\xF0\x9F\x98\x80";
 const std::wstring kNativeName = L"Z\u00E4hler \u4E2D\xD83D\xDE00";
 
@@ -44,7 +44,6 @@ TEST_F(Windows, linesOfASnapshotEndWithCarriageReturnAndLineFeed)
     const std::string bytes = bytesOf(dir("root/bench/a.csv"));
     EXPECT_EQ(bytes, "sep=\t\r\nCaption\tValue\r\nFrame/Time\t16.667\r\nFrame/Draws\t1250\r\nBalance\t-3\r\n"
                      "Region\tnorth\r\nIdle\t---\r\n");
-    EXPECT_EQ(bytes.size(), 95u);
     const statistics::SnapshotValues values = StatisticsAnalyzer::readSnapshot(dir("root/bench/a.csv"));
     ASSERT_EQ(values.size(), 5u);
     EXPECT_EQ(values[0].second, 16.667f);
@@ -78,13 +77,14 @@ TEST_F(Windows, namesAreUtf8AndEitherSeparatorServesWhateverTheLocale)
 
 TEST_F(Windows, aFolderIsOnePlainNameWithoutDriveOrSeparator)
 {
-    for (const char* name : {"a\\b", "a/b", "\\", "C:", "C:a", "C:\\a", "\\\\server\\share", "..", "."})
+    for (const char* name :
+         {"a\\b", "a/b", "\\", "C:", "C:a", "C:\\a", "\\\\server\\share", "..", ".", ".. ", "..."})
         EXPECT_FALSE(statistics::isFolderName(name)) << name;
     EXPECT_TRUE(statistics::isFolderName(kName));
     EXPECT_THROW(StatisticsAnalyzer(dir("root") + "/\xFF", "bench"), std::system_error);
 }
 
-// The bytes that other programs get as plain text.
+/// The bytes that other programs get as plain text.
 std::string clipboardBytes()
 {
     std::string text = "the clipboard doesn't open";

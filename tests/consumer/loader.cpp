@@ -71,7 +71,7 @@ void loadAndUnload(const Library& library, const char* path)
 
 } // namespace
 
-// loader <library> <plugin>
+/// loader <library> <plugin>
 int main(int /*count*/, char** arguments)
 {
     startImGui();

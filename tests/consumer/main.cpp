@@ -26,10 +26,7 @@ void startImGui()
     ImGuiIO& io = ImGui::GetIO();
     io.DisplaySize = ImVec2(1280, 720);
     io.IniFilename = nullptr;
-    unsigned char* pixels = nullptr;
-    int width = 0;
-    int height = 0;
-    io.Fonts->GetTexDataAsRGBA32(&pixels, &width, &height);
+    io.Fonts->Build();
 }
 
 int verticesOfAFrame(statistics::System& system)
@@ -40,7 +37,7 @@ int verticesOfAFrame(statistics::System& system)
     return ImGui::GetDrawData()->TotalVtxCount;
 }
 
-// The library hides everything but its own names, the standard's exception types included.
+/// The library hides everything but its own names, the standard's exception types included.
 bool catchesWhatTheLibraryThrows(statistics::System& system)
 {
     try {

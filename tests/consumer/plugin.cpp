@@ -26,7 +26,7 @@ extern "C" void load()
     addRowAction(id, "Act", [](std::size_t) {});
 }
 
-// Every functor that points into this module goes, with the group that holds them all.
+/// Every functor that points into this module goes, with the group that holds them all.
 extern "C" void unload()
 {
     statistics::System::instance()->removeItem(s_group);

@@ -48,7 +48,7 @@ TEST(Processes, areKnownByNumberAndStart)
     proc.add(42, "new", 5, 100000, "new");
     const std::vector<ProcessRow> after = list.read();
     ASSERT_EQ(after.size(), 1u);
-    EXPECT_FALSE(after[0].key == before[0].key);
+    EXPECT_NE(after[0].key.start, before[0].key.start);
     EXPECT_TRUE(after[0].loadPercent.isEmpty()); // and no -100 %
     EXPECT_FALSE(demo::isAlive(proc.folder(), before[0].key));
     EXPECT_EQ(demo::commandLine(proc.folder(), before[0].key), "");
@@ -63,20 +63,13 @@ TEST(Processes, areForgottenAmongTheHiddenWhenTheyEnd)
     ProcessList list(proc.folder());
     std::vector<ProcessRow> rows = list.read();
     std::set<demo::TaskKey> hidden = {rows[0].key, rows[1].key};
-    proc.add(42, "stranger", 1, 200);
+    proc.add(42, "a\tb\nc) R 1", 1, 200); // a stranger's name can't break a row
     rows = list.read();
     demo::takeOutHidden(rows, hidden);
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].name, "stranger");
-    EXPECT_EQ(hidden.size(), 1u);
-}
-
-TEST(Processes, cannotBreakARowByTheirNames)
-{
-    const FakeProc proc;
-    proc.add(42, "a\tb\nc) R 1", 1, 100);
-    EXPECT_EQ(ProcessList(proc.folder()).read()[0].name, "a?b?c) R 1");
+    EXPECT_EQ(rows[0].name, "a?b?c) R 1");
     EXPECT_EQ(demo::ThreadList(proc.folder()).read()[0].name, "a?b?c) R 1");
+    EXPECT_EQ(hidden.size(), 1u);
 }
 
 TEST(Mappings, mayBeLargerThan32BitsTell)

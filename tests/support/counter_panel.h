@@ -24,6 +24,7 @@ protected:
         return {std::move(min), std::move(max), std::move(getter), "", ""};
     }
 
+    static void keep(std::size_t samples) { setOption(&statistics::Options::history, samples); }
     /// The line of a caption, as it is seen after the host's next turn.
     std::string line(std::string_view caption) { return show().lines()[ui.text(caption).line]; }
 };

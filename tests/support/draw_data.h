@@ -4,6 +4,7 @@
 
 #include <imgui.h>
 
+#include <algorithm>
 #include <string>
 
 namespace test {
@@ -27,6 +28,16 @@ inline std::string drawData()
         }
     }
     return bytes;
+}
+
+/// Where the second has other bytes than the first; "" for none.
+inline std::string firstDifference(const std::string& first, const std::string& second)
+{
+    const auto [at, other] = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
+    if (at == first.end() && other == second.end())
+        return {};
+    return "byte " + std::to_string(at - first.begin()) + " of " + std::to_string(first.size()) + " and " +
+           std::to_string(second.size());
 }
 
 } // namespace test

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace test {
@@ -35,6 +36,14 @@ protected:
     }
 
     static statistics::System& system() { return *statistics::System::instance(); }
+    /// The other options stay as they are.
+    template<typename Value>
+    static void setOption(Value statistics::Options::*option, std::common_type_t<Value> value)
+    {
+        statistics::Options options = system().options();
+        options.*option = value;
+        system().setOptions(options);
+    }
 
     /// Time doesn't pass; samples what is new and what has no period.
     static void sample() { system().update(0, true); }

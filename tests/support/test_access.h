@@ -10,7 +10,6 @@ struct TestAccess {
     static System::Data& data() { return *System::instance()->m_data; }
     static Tree& tree() { return data().tree; }
     static Render& render() { return data().render; }
-    static std::size_t& activePreset() { return System::instance()->activePreset; }
     static std::deque<LimitMap>& limitPresets() { return System::instance()->limitPresets; }
     static void takeSnapshot() { System::instance()->takeSnapshot(); }
     static void updateSnapshots() { System::instance()->updateSnapshots(); }

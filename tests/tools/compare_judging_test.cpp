@@ -16,7 +16,7 @@ using compare::EDirection;
 using compare::Judgement;
 using compare::Row;
 
-// What one path held in the snapshots of a side, in their order; "" for a snapshot that hasn't the path.
+/// What one path held in the snapshots of a side, in their order; "" for a snapshot that hasn't the path.
 using Values = std::vector<std::string>;
 
 class Compared {

@@ -14,6 +14,9 @@ using compare::EMark;
 using compare::Reading;
 using compare::Row;
 
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kSlower = 17.1 - 16.667;
+
 Reading number(double value)
 {
     return {compare::EKind::Number, {3, value, 0.25, value, value}, {}, 0};
@@ -29,24 +32,10 @@ compare::Comparison example()
     compare::Comparison comparison;
     comparison.baseSnapshots = comparison.nowSnapshots = 3;
     comparison.rows = {
-        {"Frame/Stages/Simulation",
-         number(16.667),
-         number(17.1),
-         17.1 - 16.667,
-         2.598,
-         0.01234,
-         {},
-         EMark::Worse},
+        {"Frame/Stages/Simulation", number(16.667), number(17.1), kSlower, 2.598, 0.01234, {}, EMark::Worse},
         {"Größe, \"|\"", text("a,b\x1b"), {}, {}, {}, {}, {}, EMark::Removed},
         {"Count", number(4294967295), number(4294967295), 0, 0, {}, statistics::Limit{0, 1}, EMark::Same},
-        {"Odd\xff",
-         number(1),
-         number(std::numeric_limits<double>::infinity()),
-         std::numeric_limits<double>::infinity(),
-         std::numeric_limits<double>::infinity(),
-         0.5,
-         {},
-         EMark::Noise},
+        {"Odd\xff", number(1), number(kInfinity), kInfinity, kInfinity, 0.5, {}, EMark::Noise},
     };
     for (const Row& row : comparison.rows)
         ++comparison.counts[static_cast<std::size_t>(row.mark)];
@@ -132,7 +121,7 @@ TEST(JsonReport, isWholeJsonWithAllDigits)
     const nlohmann::json report = nlohmann::json::parse(printed(compare::printJson, 0.05));
     EXPECT_EQ(report["counts"]["worse"], 1);
     EXPECT_EQ(report["counts"]["outside"], 1);
-    EXPECT_EQ(report["rows"][0]["change"].get<double>(), 17.1 - 16.667);
+    EXPECT_EQ(report["rows"][0]["change"].get<double>(), kSlower);
     EXPECT_EQ(report["rows"][0]["base"]["spread"], 0.25);
     EXPECT_EQ(report["rows"][1]["base"]["value"], "a,b\x1b");
     EXPECT_TRUE(report["rows"][1]["new"].is_null());
