@@ -182,12 +182,10 @@ StatisticsAnalyzer::Snapshot& StatisticsAnalyzer::addRecord(SnapshotValues value
     return snapshots.back();
 }
 
-void StatisticsAnalyzer::writeRecord(Snapshot& snapshot)
+void StatisticsAnalyzer::writeRecord(Snapshot& snapshot) const
 {
     const std::string relativePath = Orv::orv_format("%s/%s", snapshot.folder.c_str(), snapshot.name.c_str());
-    // Once, not with every snapshot: a root may hold many folders.
-    if (!std::exchange(m_hasTidied, true))
-        removeUnfinishedSnapshots(m_place);
+    removeUnfinishedSnapshots(m_place);
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
     if (writing.step != ESnapshotWrite::Written)
         snapshot.problem = describe(writing);

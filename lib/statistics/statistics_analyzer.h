@@ -41,9 +41,9 @@ public:
     void loadSnapshot(const std::string& name, const std::string& inFolder);
     /// Appends the record of a new snapshot, named after the present time; `writeRecord` is to follow.
     Snapshot& addRecord(SnapshotValues values);
-    /// Writes the file of a record, which learns why if that can't be done. The first writing of a store goes
-    /// with the removal of what killed processes have left in `root`.
-    void writeRecord(Snapshot& snapshot);
+    /// Writes the file of a record, which learns why if that can't be done. What killed processes have left
+    /// in `root` goes with it.
+    void writeRecord(Snapshot& snapshot) const;
     /// True if a file stands at the record's name, perhaps that of another record.
     bool hasFile(const Snapshot& snapshot) const;
     /// Adds and writes. What that throws leaves no record.
@@ -73,8 +73,7 @@ public:
     DiffTable diffTable;
 
 private:
-    std::string m_place;      ///< the absolute path of `root`
-    bool m_hasTidied = false; ///< what killed processes had left is gone
+    std::string m_place; ///< the absolute path of `root`
 };
 
 /// The local time in seconds, as in "2024_03_09-14_05_07", by the time zone that the environment tells now.
