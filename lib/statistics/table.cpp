@@ -38,23 +38,24 @@ public:
     /// `Empty` for a column that has gone. Runs the getter.
     CounterValue operator()(std::size_t row)
     {
-        if (m_columns != m_header.size() || m_released != Pinned<Getter>::released())
+        if (m_end != m_header.end() || m_released != Pinned<Getter>::released())
             find();
-        return m_getter ? (*m_getter)(row) : CounterValue();
+        return (*m_getter)(row);
     }
 
 private:
     void find()
     {
-        m_getter = m_column < m_header.size() ? &pinnedGetter(m_header[m_column]) : nullptr;
-        m_columns = m_header.size();
+        static const Getter gone = [](std::size_t) { return CounterValue(); };
+        m_getter = m_column < m_header.size() ? &pinnedGetter(m_header[m_column]) : &gone;
+        m_end = m_header.end();
         m_released = Pinned<Getter>::released();
     }
 
     const std::vector<TableColumn>& m_header;
     const std::size_t m_column;
     const Getter* m_getter = nullptr;
-    std::size_t m_columns = 0;
+    std::vector<TableColumn>::const_iterator m_end;
     std::size_t m_released = 0;
 };
 
@@ -150,8 +151,9 @@ void Table::order(SortMemory memory, std::size_t column, bool ascending)
     const std::function<std::size_t()>& count = pin(m_rowCount);
     ColumnGetter getter(m_header, column);
     const auto value = [&](std::size_t row) {
-        const bool present = !m_removed && row < count() && !m_removed;
-        return present ? getter(row) : CounterValue();
+        if (m_removed || row >= count() || m_removed)
+            return CounterValue();
+        return getter(row);
     };
     const auto less = [&](std::size_t a, std::size_t b) {
         const CounterValue first = value(a);
