@@ -140,8 +140,7 @@ void HostWindows::drawWork()
     if (ImGui::Checkbox("Panel", &panelOpen))
         System::instance()->setPanelOpen(panelOpen);
     showDim("Keys: F1 for the panel, F2 and F3 for particles, F4 and F5 for steps, F6 to pause; Tab and the "
-            "arrows "
-            "lead through the windows.");
+            "arrows lead through the windows.");
 }
 
 void HostWindows::drawFolders()
