@@ -20,7 +20,6 @@ constexpr float kWarningWeight = 0.8f; ///< from here to 1 the bar turns from am
 
 const ImVec4 kLow{0.35f, 0.65f, 0.0f, 1.0f};
 const ImVec4 kMid{0.96f, 0.65f, 0.14f, 1.0f};
-const ImVec4& kHigh = widgets::outsideColor;
 
 ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
 {
@@ -32,9 +31,9 @@ ImVec4 mix(const ImVec4& a, const ImVec4& b, float t)
 ImVec4 barColor(float weight)
 {
     if (weight >= 1.0f)
-        return kHigh;
+        return widgets::outsideColor;
     if (weight >= kWarningWeight)
-        return mix(kMid, kHigh, (weight - kWarningWeight) * 5.0000005f);
+        return mix(kMid, widgets::outsideColor, (weight - kWarningWeight) * 5.0000005f);
     const float t = weight * 1.25f;
     return std::isfinite(t) ? mix(kLow, kMid, t) : kLow;
 }
@@ -57,7 +56,7 @@ void drawLimit(const std::string& limit, bool crossed)
 {
     if (!crossed)
         return widgets::text(limit);
-    const widgets::ColorScope color(ImGuiCol_Text, kHigh);
+    const widgets::ColorScope color(ImGuiCol_Text, widgets::outsideColor);
     widgets::text(limit);
 }
 
