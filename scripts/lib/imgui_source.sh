@@ -1,20 +1,21 @@
 # Sourced by the scripts: Dear ImGui's sources, as the distribution's source package has them.
 
-# Address, suite and component of the package: "500 http://deb.debian.org/debian bookworm/main amd64 Packages"
+# Address, suite and component of the package: "500 <address> bookworm/main amd64 Packages"
 imgui_origin() {
     apt-cache policy libimgui-dev | sed -nE 's/^ +[0-9]+ (https?:[^ ]+) ([^ /]+)\/([^ ]+) .*/\1 \2 \3/p' | head -n 1
 }
 
-# imgui_source <folder> [origin]: unpacks them there, once; this system's, or those of another origin. Changes nothing in the system's apt, and needs rights only where
-# that has no lists yet.
+# imgui_source <folder> [suite]: unpacks them there, once; this system's, or those of another suite, as "sid". Changes
+# nothing in the system's apt, and needs rights only where that has no lists yet.
 imgui_source() {
-    local folder=$1 origin=${2:-} apt options
+    local folder=$1 suite=${2:-} origin apt options
     [[ ! -f $folder/imgui.h ]] || return 0
-    [[ -n $origin ]] || origin=$(imgui_origin)
+    origin=$(imgui_origin)
     if [[ -z $origin ]]; then
         apt-get -qq update
         origin=$(imgui_origin)
     fi
+    [[ -z $suite ]] || origin=$(awk -v suite="$suite" '{ $2 = suite; print }' <<<"$origin")
     rm -rf "$folder" "$folder.apt"
     mkdir -p "$folder.apt"/{lists,cache}/partial
     apt=$(realpath "$folder.apt")
