@@ -19,7 +19,7 @@ void memoryPerCounter(benchmark::State& state)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
     const std::vector<float> sources(count);
-    constexpr double apart = sizeof(std::string) + sizeof(statistics::Counter::Getter);
+    constexpr double kApart = sizeof(std::string) + sizeof(statistics::Counter::Getter);
     double bytes = 0;
     for (auto _ : state) {
         bench::Library library;
@@ -29,7 +29,7 @@ void memoryPerCounter(benchmark::State& state)
                                    std::make_unique<statistics::Counter>(bench::getter(sources[index])),
                                    1.0f);
         library->update(0.0f, true);
-        bytes = (allocatedBytes() - before) / static_cast<double>(count) - apart;
+        bytes = (allocatedBytes() - before) / static_cast<double>(count) - kApart;
     }
     state.counters["bytes"] = bytes;
 }

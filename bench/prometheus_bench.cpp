@@ -54,11 +54,13 @@ void publishHand(benchmark::State& state)
 {
     const std::vector<float> sources(static_cast<std::size_t>(state.range(0)), 16.667f);
     std::vector<Counter::Getter> getters;
+    getters.reserve(sources.size());
     for (const float& source : sources)
         getters.push_back(bench::getter(source));
     std::vector<CounterValue> published;
     for (auto _ : state) {
         std::vector<CounterValue> values;
+        values.reserve(getters.size());
         for (const Counter::Getter& getter : getters)
             values.push_back(getter());
         published = std::move(values);
@@ -71,6 +73,7 @@ void fillHand(benchmark::State& state)
 {
     const std::vector<float> sources(static_cast<std::size_t>(state.range(0)), 16.667f);
     std::vector<Counter::Getter> getters;
+    getters.reserve(sources.size());
     for (const float& source : sources)
         getters.push_back(bench::getter(source));
     std::vector<CounterValue> values;

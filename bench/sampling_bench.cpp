@@ -10,7 +10,6 @@ namespace {
 
 using bench::Library;
 using statistics::Counter;
-using statistics::CounterValue;
 
 std::vector<float> numbers(std::size_t count)
 {
@@ -79,6 +78,7 @@ void dueHand(benchmark::State& state, const char* format, bool limited)
     const auto count = static_cast<std::size_t>(state.range(0));
     const std::vector<float> sources = numbers(count);
     std::vector<Counter::Getter> getters;
+    getters.reserve(sources.size());
     for (const float& source : sources)
         getters.push_back(bench::getter(source));
     std::vector<std::string> texts(count);

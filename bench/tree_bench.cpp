@@ -13,7 +13,6 @@ namespace {
 
 using bench::Library;
 using statistics::Counter;
-using statistics::CounterValue;
 using statistics::Limit;
 
 const float s_source = 1.0f;

@@ -106,6 +106,7 @@ private:
         functor();
     }
 
+    // NOLINTNEXTLINE(readability-function-size): a line for each operation
     void call(Script& script)
     {
         ++m_calls;
@@ -249,7 +250,7 @@ private:
             return;
         table.m_header.resize(std::min(count, table.m_header.size()));
         while (table.m_header.size() < count) {
-            table.m_header.push_back(TableColumn(table.m_header.front()));
+            table.m_header.emplace_back(table.m_header.front());
             table.m_header.back().getter = counting([this](std::size_t) { return value(); });
         }
     }

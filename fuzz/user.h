@@ -13,7 +13,7 @@ namespace fuzz {
 /// The mouse and the keys, as the input tells.
 class User {
 public:
-    User(Script& steps, offscreen::Host& host) : m_steps(steps), ui(host) {}
+    User(Script& steps, offscreen::Host& host) : m_steps(steps), m_ui(host) {}
 
     void act()
     {
@@ -34,26 +34,26 @@ private:
         const ImVec2 point(x, static_cast<float>(m_steps.byte() * 3));
         switch (m_steps.byte() % 7) {
         case 0:
-            return ui.click(point);
+            return m_ui.click(point);
         case 1:
-            return ui.rightClick(point);
+            return m_ui.rightClick(point);
         case 2:
-            return ui.doubleClick(point);
+            return m_ui.doubleClick(point);
         case 3:
-            return ui.moveTo(point);
+            return m_ui.moveTo(point);
         case 4:
-            return ui.press();
+            return m_ui.press();
         case 5:
-            return ui.release();
+            return m_ui.release();
         default:
-            return ui.wheel(0.0f, m_steps.number() > 0.0f ? 3.0f : -3.0f);
+            return m_ui.wheel(0.0f, m_steps.number() > 0.0f ? 3.0f : -3.0f);
         }
     }
 
     /// A drag from a border of some columns that the panel has shown.
     void dragBorder()
     {
-        ui.frame();
+        m_ui.frame();
         const ImGuiWindow* window = ImGui::FindWindowByName("Statistics");
         if (!window || window->ColumnsStorage.empty())
             return;
@@ -64,11 +64,11 @@ private:
         const unsigned border = m_steps.byte() % static_cast<unsigned>(set.Columns.Size);
         const float offset = set.Columns[static_cast<int>(border)].OffsetNorm * (set.OffMaxX - set.OffMinX);
         const ImVec2 from(window->Pos.x + set.OffMinX + offset, set.LineMaxY - 1.0f);
-        ui.moveTo(from);
-        ui.press();
-        ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
+        m_ui.moveTo(from);
+        m_ui.press();
+        m_ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
         if (m_steps.byte() % 2)
-            ui.release();
+            m_ui.release();
     }
 
     void pressKey()
@@ -79,14 +79,14 @@ private:
                                         ImGuiKey_Enter,      ImGuiKey_Tab,      ImGuiKey_Escape};
         const unsigned choice = m_steps.byte();
         if (choice % 16 == 15)
-            return ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
+            return m_ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
         if (choice % 16 == 14)
             return ImGui::GetIO().AddInputCharacter(m_steps.byte());
-        ui.pressKey(keys[choice % std::size(keys)]);
+        m_ui.pressKey(keys[choice % std::size(keys)]);
     }
 
     Script& m_steps;
-    offscreen::Host& ui;
+    offscreen::Host& m_ui;
 };
 
 } // namespace fuzz

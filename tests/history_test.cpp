@@ -131,7 +131,7 @@ TEST(PastRanges, areThoseOfThePastsHoweverManySamplesCameBetweenTwoLooks)
 {
     std::mt19937 random(5); // NOLINT: each run the same
     const auto below = [&](unsigned end) { return static_cast<unsigned>(random() % end); };
-    for (const std::size_t capacity : {1, 3, 127, 128, 129, 300}) {
+    for (const std::size_t capacity : {1u, 3u, 127u, 128u, 129u, 300u}) {
         statistics::History history(capacity);
         statistics::PastRanges ranges;
         for (int look = 0; look < 300; ++look) {
