@@ -56,7 +56,7 @@ private:
     const std::size_t m_column;
     const Getter* m_getter = nullptr;
     std::vector<TableColumn>::const_iterator m_end;
-    std::size_t m_released = 0;
+    std::size_t m_released = NO_INDEX; ///< at first no number that there is: the getter is to be found
 };
 
 /// Merges neighbouring runs of `run` rows from `source` into `target`.
