@@ -110,7 +110,7 @@ struct Close {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 
-constexpr int kMostRestarts = 1000;
+constexpr int kMostRetries = 1000;
 
 /// A directory that is being emptied.
 struct Level {
@@ -145,7 +145,7 @@ private:
     std::vector<Level> m_levels;           ///< from the top down
     std::unique_ptr<DIR, Close> m_entries; ///< of the lowest level; null above all
     std::error_code m_error;
-    int m_restarts = 0;
+    int m_retries = 0; ///< while another process is at work here, too
 };
 
 std::error_code TreeRemoval::run()
@@ -248,12 +248,12 @@ bool TreeRemoval::goBack()
     return open("..", 0, status) && status.st_dev == above.device && status.st_ino == above.file;
 }
 
-/// Begins anew: another process is at work here, too.
+/// Begins anew.
 void TreeRemoval::restart()
 {
     m_levels.clear();
     m_entries = nullptr;
-    if (++m_restarts > kMostRestarts)
+    if (++m_retries > kMostRetries)
         m_error = std::make_error_code(std::errc::device_or_resource_busy);
     if (!m_error)
         start();
@@ -271,7 +271,8 @@ void TreeRemoval::step()
         removeEntry(name);
 }
 
-/// Another process may have added something meanwhile: the directory is read again while that helps.
+/// Another process may have added something meanwhile, also where it had taken away all there was to read:
+/// the directory is read again.
 void TreeRemoval::leave()
 {
     const Level level = std::move(m_levels.back());
@@ -281,7 +282,7 @@ void TreeRemoval::leave()
     if (succeeded(unlinkat(directory(), level.name.c_str(), AT_REMOVEDIR) == 0))
         return;
     const bool isFilled = m_error == std::errc::directory_not_empty || m_error == std::errc::file_exists;
-    if (!isFilled || !level.changed)
+    if (!isFilled || (!level.changed && ++m_retries > kMostRetries))
         return;
     m_error.clear();
     enter(level.name);

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kChunk = std::size_t{1} << 16u; ///< bytes written at once
 constexpr std::size_t kUsualLine = 64;                ///< bytes, a guess for the memory
-constexpr int kAttempts = 3;                          ///< while another process removes what this one makes
+constexpr int kAttempts = 20;                         ///< while another process removes what this one makes
 constexpr const char* kUnfinishedPrefix = ".snapshot-";
 constexpr const char* kUnfinishedExtension = ".part";
 
