@@ -221,6 +221,14 @@ TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
     EXPECT_EQ(system().filter(), "");
     EXPECT_EQ(ui.read().lines(), before);
     system().setFilter("cpu");
+    setOption(&Options::history, 1);
+    show();
+    ui.rightClick("1");
+    EXPECT_TRUE(ui.read().contains("Copy path"));
+    ui.pressKey(ImGuiKey_Escape); // closes the menu
+    EXPECT_FALSE(ui.read().contains("Copy path"));
+    EXPECT_EQ(system().filter(), "cpu");
+    ui.moveTo(ImVec2(1, 1));
     ui.pressKey(ImGuiKey_Escape); // the panel is in focus, not the field
     EXPECT_EQ(ui.read().lines(), before);
 }

@@ -7,6 +7,8 @@
 
 #include <imgui.h>
 
+#include <utility>
+
 namespace statistics {
 
 namespace {
@@ -22,8 +24,11 @@ void Filter::drawLine(const Tree& tree, const Render& render)
     drawField();
     ImGui::SameLine(0.0f, -1.0f);
     const bool cleared = ImGui::Button("Clear", ImVec2(0.0f, 0.0f));
-    // Behind the field, which takes back on Escape what was typed.
-    if (cleared || (ImGui::IsWindowFocused(0) && widgets::isEscapePressed()))
+    // Behind the field, which takes back on Escape what was typed. Where the panel hasn't been in focus yet,
+    // the key has just closed a menu over it.
+    bool* const wasFocused = ImGui::GetStateStorage()->GetBoolRef(ImGui::GetID("focus"));
+    const bool inFocus = ImGui::IsWindowFocused(0);
+    if (cleared || (std::exchange(*wasFocused, inFocus) && inFocus && widgets::isEscapePressed()))
         set({});
     refresh(tree, render);
     if (isOn())
