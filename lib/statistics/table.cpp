@@ -147,7 +147,8 @@ void Table::order(SortMemory memory, std::size_t column, bool ascending)
 {
     const SettledOrder settled(*this);
     memory.rows = memory.unsorted;
-    m_order = std::move(memory.unsorted);
+    Order before = std::exchange(m_order, std::move(memory.unsorted));
+    Rollback ordering([&] { m_order = std::move(before); });
     const std::function<std::size_t()>& count = pin(m_rowCount);
     ColumnGetter getter(m_header, column);
     const auto value = [&](std::size_t row) {
@@ -167,6 +168,7 @@ void Table::order(SortMemory memory, std::size_t column, bool ascending)
         ascending ? mergeSort(memory.rows, memory.merged, less)
                   : mergeSort(memory.rows, memory.merged, greater);
     m_order = std::move(memory.rows);
+    ordering.done();
 }
 
 /// The data row shown at `viewRow` as the rows are ordered now; `NO_INDEX` if the host has it no more. Runs

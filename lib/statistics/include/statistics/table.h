@@ -67,7 +67,7 @@ public:
     void sort(std::size_t column, bool ascending);
     /// Orders the rows anew, from data order, without storing the arguments. Equal rows keep data order.
     /// Values that don't order (NaN, mixed kinds, values that change meanwhile) give some order of all rows.
-    /// Runs the same functors; if the getter throws, the rows are in data order.
+    /// Runs the same functors; if the getter throws, the rows stand as before.
     void applySort(std::size_t column, bool ascending);
 
     /// A cell's text, with the column's format. Empty if there is no such column. Runs the column's getter,
