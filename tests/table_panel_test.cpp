@@ -177,6 +177,12 @@ TEST_F(TableOnPanel, anEntryActsOnTheDataRowThatTheMenuWasOpenedOnWhereverItStan
         EXPECT_EQ(std::exchange(noted, {}), place == NO_INDEX ? Indices{} : Indices{0}) << meanwhile;
         EXPECT_EQ(table.m_selectedRow, place == NO_INDEX ? 1 : place) << meanwhile;
     }
+    rows = {{"beta", 3}};
+    show();
+    ui.rightClick("beta");
+    system().removeItem(id);
+    statistics::addRowAction(addTable("Other", rows), "Not for this row", note);
+    EXPECT_EQ(shownLines(), (Lines{"Name | Size", "beta | 3 B"}));
 }
 
 TEST_F(TableOnPanel, twoTablesUnderOneParentAnswerEachForItself)

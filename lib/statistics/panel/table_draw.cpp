@@ -176,6 +176,9 @@ void Render::sortTable(unsigned slot, Table& table, std::size_t column)
 /// selection goes there.
 void Render::drawTableMenu(unsigned slot, Table& table)
 {
+    // A menu that is open all the same is that of a table that stood in the slot before.
+    if (tables[slot].menuRow == NO_INDEX)
+        return;
     std::size_t entry = NO_INDEX;
     if (const widgets::PopupScope menu(kPopup); menu.open)
         entry = clickedEntry(table);
