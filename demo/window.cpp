@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kWidth = 1400;
 constexpr int kHeight = 1050;
+constexpr float kDoubleClickTime = 0.3f; ///< seconds
 
 std::string& lastGlfwError()
 {
@@ -117,6 +118,9 @@ void Window::beginFrame()
 {
     ImGui_ImplOpenGL3_NewFrame();
     ImGui_ImplGlfw_NewFrame();
+    // A double click takes three frames, press, release and press, and on a busy machine they may be long.
+    ImGuiIO& io = ImGui::GetIO();
+    io.MouseDoubleClickTime = std::max(kDoubleClickTime, 4 * io.DeltaTime);
     ImGui::NewFrame();
 }
 

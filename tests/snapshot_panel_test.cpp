@@ -192,6 +192,7 @@ TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
     dir.write("root/old/one.csv", kHead);
     dir.write("other/one/a.csv", kHead);
     EXPECT_TRUE(create());
+    ImGui::GetIO().DisplaySize.x = 20000; // for any root's path
     click({"Diff"});
     ui.moveTo("Clear tree"); // and rest there
     const auto tells = [this](const char* what, const char* root = "root") {

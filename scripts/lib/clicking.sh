@@ -86,11 +86,10 @@ click() {
 # double_click <what it brings to the screen> <text> [nth]
 double_click() {
     local try
-    # A busy machine may draw so slowly that the clicks fall into one frame, or too far apart: each try has
-    # another pace.
+    # A busy machine may draw so slowly that both clicks fall into one frame: each try takes longer.
     for ((try = 0; try < 10; ++try)); do
         point_at "${@:2}"
-        xdotool click --repeat 2 --delay $((90 + try % 5 * 45)) 1
+        xdotool click --repeat 2 --delay $((90 + try * try * 12)) 1
         look_again
         look_again
         is_shown "$1" && return

@@ -48,8 +48,9 @@ wait_for "row on the clipboard" copied
 thread=$(clipboard | cut -f 2)
 open_menu particles-1 Nice
 click "Lower priority"
-is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f 17) == 5 ]]; }
-wait_for "nice value of 5" is_lower
+lower=$(($(nice) + 5 < 19 ? $(nice) + 5 : 19))
+is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f 17) == "$lower" ]]; }
+wait_for "nice value of $lower" is_lower
 double_click "Thread particles-1" particles-1
 
 # A stranger's command line is bounded on the screen, and whole on the clipboard.

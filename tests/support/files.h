@@ -9,6 +9,7 @@
 #include <string>
 
 #ifndef _WIN32
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -22,7 +23,6 @@ public:
         do {
             m_path = std::filesystem::temp_directory_path() / ("100 %d_" + std::to_string(random()));
         } while (!std::filesystem::create_directory(m_path));
-        protect("", 0755); // for Unprivileged
     }
     ~TempDir() { std::filesystem::remove_all(m_path); }
 
@@ -50,6 +50,9 @@ private:
 };
 
 #ifndef _WIN32
+/// Others can read what tests write, whatever the user's shell has.
+inline const mode_t kUsersMask = umask(022);
+
 /// Permissions bind root, too, while this lives.
 class Unprivileged {
 public:
