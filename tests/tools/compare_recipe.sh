@@ -23,21 +23,28 @@ compare() {
     check "exit status $1, not $status, for $2 and $3" test "$status" -eq "$1"
 }
 
-# marked <path> <mark>
-marked() { grep -q "^| $1 | .* | $2 |$" compare.log; }
+# marked <mark> <path>...: one of them at least
+marked() {
+    local path
+    for path in "${@:2}"; do
+        ! grep -q "^| $path | .* | $1 |$" compare.log || return 0
+    done
+    return 1
+}
 
-# All at once: whatever else the machine does, it does to all of them.
-record base --particles 2000 & first=$!
-record same --particles 2000 & second=$!
-record more --particles 6000 & third=$!
+# All at once: whatever else the machine does, it does to all of them. Few particles: where programs starve for a
+# processor, all get the same.
+record base --particles 1000 & first=$!
+record same --particles 1000 & second=$!
+record more --particles 3000 & third=$!
 for run in $first $second $third; do
     check "a recorded run" wait "$run"
 done
 
 compare 0 base same
 compare 1 base more
-check "the particles" marked Work/Particles changed
-check "what they cost" marked Process/Processor worse
+check "the particles" marked changed Work/Particles
+check "what they cost" marked worse Work/Workers Process/Processor
 check "nothing on one side only" bash -c "! grep -qE '\| (added|removed) \|$' compare.log"
 truncate -s -3 "$(printf '%s\n' same/snapshots/*/*.csv | head -n 1)"
 compare 2 base same
