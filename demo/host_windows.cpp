@@ -97,7 +97,7 @@ void HostWindows::drawScene() const
     const ImU32 top = IM_COL32(9, 12, 18, 255);
     const ImU32 bottom = IM_COL32(14, 21, 33, 255);
     list.AddRectFilledMultiColor(ImVec2(0, 0), size, top, top, bottom, bottom);
-    // Right of the panel, which has no background, and below the other windows.
+    // Right of the panel and below the other windows.
     drawParticles(m_app.particles().all(), list, size.x * 0.84f, size.y * 0.77f,
                   std::min(size.x * 0.14f, size.y * 0.2f));
 }

@@ -19,8 +19,8 @@ struct Options {
     bool markOutside = false;
     /// A triangle on the header of the column by which a table is sorted.
     bool sortArrows = false;
-    /// Folders and check boxes of snapshots by name, numbers in it by their value; the store keeps the order
-    /// in which it found them.
+    /// Folders and check boxes of snapshots by name, numbers in them by their value; the store keeps the
+    /// order in which it found them.
     bool sortSnapshots = false;
     /// Rows of the comparison whose values differ from the first by less, relative to the larger magnitude,
     /// aren't flagged (`DiffTable::setTolerance`). Texts are compared exactly. Negative ones and NaN count as

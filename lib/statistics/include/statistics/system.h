@@ -98,7 +98,7 @@ public:
     unsigned createLabel(const std::string& name, unsigned parent = 0);
     /// A sampled value. `period` is the time between samples; zero, negative or NaN samples at every update,
     /// infinity at the first one only. If the active preset has limits under the counter's key, they replace
-    /// its own.
+    /// its own. A null counter is reported and gives `INVALID_ID`.
     unsigned createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period,
                            unsigned parent = 0);
 

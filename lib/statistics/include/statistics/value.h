@@ -85,7 +85,8 @@ public:
     /// either integer kind keep their kind, and that of `min` decides: signed or unsigned differences, with
     /// wrap-around; other limits are read in this value's kind. So a `UInt` wants `UInt` limits. A bar needs
     /// two finite limits: with infinite or equal ones, or ones as far apart as `-FLT_MAX` and `FLT_MAX`, the
-    /// result says nothing. Limits that aren't numbers are reported and give -1.
+    /// result says nothing. A lower limit that is no number is reported and gives -1; an upper one counts as
+    /// 0.
     float weight(const CounterValue& min, const CounterValue& max);
 
 private:
