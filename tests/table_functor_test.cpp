@@ -204,7 +204,10 @@ TEST_F(TableFunctors, mayReplaceThemselvesAndLiveOnUntilTheCallReturns)
 
     statistics::addClipboardAction(id);
     std::function<void()> replaceCount = [&] {
-        table.m_rowCount = [&, text = std::string(100, 'x')] { return replaceCount(), text.size() / 50; };
+        table.m_rowCount = [&, text = std::string(100, 'x')] {
+            replaceCount();
+            return text.size() / 50;
+        };
     };
     replaceCount();
     table.runAction(0, 0);

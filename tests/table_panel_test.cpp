@@ -242,7 +242,10 @@ TEST_F(TableOnPanel, entriesOfSeveralLinesStandOneBelowTheOther)
 
 TEST_F(TableOnPanel, columnsMayComeLateAndGo)
 {
-    const auto linesNow = [this] { return ui.frames(2), lines(); };
+    const auto linesNow = [this] {
+        ui.frames(2);
+        return lines();
+    };
     table.m_keyColumn = 0;
     show();
     const auto columns = std::exchange(table.m_header, {});
