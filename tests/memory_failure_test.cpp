@@ -221,6 +221,13 @@ TEST_F(MemoryFailure, leavesSnapshotsAsIfTheCallHadntBeenMade)
         {"a snapshot that can't be written", "a file", record},
         {"a tick", "run", [] { store().addToDiff(2); }},
         {"no tick", "run", [] { store().removeFromDiff(0); }},
+        {"options", "run",
+         [] {
+             Options options;
+             options.history = 50;
+             options.compareTolerance = 2;
+             system().setOptions(options);
+         }},
     };
     for (const auto& [what, folder, call] : cases)
         expectAllOrNothing(what, call, [&, folder = folder] { buildSnapshots(folder); });

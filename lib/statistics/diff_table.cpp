@@ -3,10 +3,13 @@
 
 #include <statistics/diff_table.h>
 
+#include "rollback.h"
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
 #include <iterator>
+#include <utility>
 
 namespace statistics {
 
@@ -228,9 +231,19 @@ void DiffTable::setTolerance(float tolerance)
 {
     if (tolerance == m_tolerance)
         return;
-    m_tolerance = tolerance;
-    for (DiffTableRow& row : m_rows)
+    std::vector<bool> changed;
+    changed.reserve(m_rows.size());
+    const float before = std::exchange(m_tolerance, tolerance);
+    Rollback setting([&] {
+        m_tolerance = before;
+        for (std::size_t row = 0; row < changed.size(); ++row)
+            m_rows[row].changed = changed[row];
+    });
+    for (DiffTableRow& row : m_rows) {
+        changed.push_back(row.changed);
         updateChanged(row);
+    }
+    setting.done();
 }
 
 std::size_t DiffTable::addRow(const std::string& caption)

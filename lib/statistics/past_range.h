@@ -39,6 +39,7 @@ public:
     const PastRange& range(unsigned slot, const Past& past);
     /// For a slot whose counter goes.
     void forget(unsigned slot) noexcept { m_kept.erase(slot); }
+    void clear() noexcept { m_kept.clear(); }
     /// Once a draw: what isn't asked for any more is dropped.
     void endDraw();
 

@@ -212,19 +212,27 @@ void Render::forEachCounter(const std::function<void(ItemCounter&)>& visit)
         visit(counters[slot]);
 }
 
-void Render::resizeHistory(std::size_t samples)
+/// Nothing is taken where the number stays: `setHistory` then keeps what there is.
+History Render::resizedHistory(std::size_t samples) const
 {
     History resized(samples);
     if (resized.capacity() == history.capacity())
-        return;
+        return resized;
     // From behind, so that each block of the history is made once.
     for (unsigned slot = counters.size(); resized.isOn() && slot-- > 0;)
         if (counters.contains(slot)) {
             resized.makeRoom(slot);
             resized.addAll(slot, history.past(slot));
         }
+    return resized;
+}
+
+void Render::setHistory(History resized) noexcept
+{
+    if (resized.capacity() == history.capacity())
+        return;
     history = std::move(resized);
-    historyView.ranges = {};
+    historyView.ranges.clear();
 }
 
 CounterValue Render::itemValue(unsigned id, std::size_t column)

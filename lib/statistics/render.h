@@ -60,8 +60,9 @@ public:
     bool holdsTable(const Table* table) const;
     ItemPreset& getPreset(unsigned slot);
     void forEachCounter(const std::function<void(ItemCounter&)>& visit);
-    /// Keeps that many samples of each counter, the newest. Lack of memory leaves all as it was.
-    void resizeHistory(std::size_t samples);
+    /// That many samples of each counter, the newest; to be handed to `setHistory`.
+    History resizedHistory(std::size_t samples) const;
+    void setHistory(History resized) noexcept;
     /// The present value of a counter, the rows or the sum of `column` of a table, `Empty` for other items.
     /// Runs the functors of that item.
     CounterValue itemValue(unsigned id, std::size_t column);

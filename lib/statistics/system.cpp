@@ -88,16 +88,19 @@ bool System::panelOpen() const
     return m_data->render.windowOpen;
 }
 
+/// What may fail for want of memory comes first.
 void System::setOptions(const Options& options)
 {
-    Options& inForce = m_data->render.options;
-    m_data->render.resizeHistory(options.history);
-    inForce = options;
-    inForce.history = m_data->render.history.capacity();
+    Render& render = m_data->render;
+    History history = render.resizedHistory(options.history);
+    Options wanted = options;
+    wanted.history = history.capacity();
     // What isn't a number compares false.
-    inForce.background = options.background > 0 ? std::min(options.background, 1.0f) : 0.0f;
-    inForce.compareTolerance = options.compareTolerance > 0 ? options.compareTolerance : 0.0f;
-    m_data->applyToSnapshots(inForce);
+    wanted.background = options.background > 0 ? std::min(options.background, 1.0f) : 0.0f;
+    wanted.compareTolerance = options.compareTolerance > 0 ? options.compareTolerance : 0.0f;
+    m_data->applyToSnapshots(wanted);
+    render.setHistory(std::move(history));
+    render.options = wanted;
 }
 
 const Options& System::options() const
