@@ -8,7 +8,7 @@ program=$1
 headless=$2
 folders=(--state "$work/state" --config "$work/config")
 
-no_window_in() { ! ldd "$1" | grep -iE 'imgui|glfw|libGL|libX11'; }
+no_window_in() { ! ldd "$1" | cut -d ' ' -f 1 | grep -iE 'imgui|glfw|libGL|libX11'; }
 no_imgui_in() { ! nm -DC "$1" | grep ImGui; }
 check "no window among the libraries it needs" no_window_in "$headless"
 check "no Dear ImGui in it" no_imgui_in "$headless"
