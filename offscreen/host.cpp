@@ -35,6 +35,14 @@ void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
 {
     io.AddKeyEvent(key, down);
 }
+void feedShift(ImGuiIO& io, bool down)
+{
+#if IMGUI_VERSION_NUM >= 18900
+    io.AddKeyEvent(ImGuiMod_Shift, down);
+#else
+    io.AddKeyEvent(ImGuiKey_ModShift, down);
+#endif
+}
 #else
 void feedPosition(ImGuiIO& io, ImVec2 point)
 {
@@ -53,6 +61,10 @@ void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
 {
     std::iota(std::begin(io.KeyMap), std::end(io.KeyMap), 0);
     io.KeysDown[key] = down;
+}
+void feedShift(ImGuiIO& io, bool down)
+{
+    io.KeyShift = down;
 }
 #endif
 
@@ -123,18 +135,38 @@ void Host::wheel(float dx, float dy)
     frames(kSettleFrames);
 }
 
-void Host::pressKey(ImGuiKey key)
+void Host::pressKey(ImGuiKey key, bool shift)
 {
     io().ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
-    feedKey(io(), key, true);
+    const auto feed = [&](bool down) {
+        feedShift(io(), shift && down);
+        feedKey(io(), key, down);
+    };
+    feed(true);
     try {
         frames(kSettleFrames);
     } catch (...) {
-        feedKey(io(), key, false);
+        feed(false);
         throw;
     }
-    feedKey(io(), key, false);
+    feed(false);
     frames(kSettleFrames);
+}
+
+void Host::walk(ImGuiKey key, std::string_view text)
+{
+    const auto arrived = [&] {
+        ImGuiWindow* window = ImGui::GetCurrentContext()->NavWindow;
+        const Text* found = read().find(text);
+        return found && window &&
+               ImGui::WindowRectRelToAbs(window, window->NavRectRel[0]).Contains(found->center());
+    };
+    constexpr int kMostSteps = 40;
+    for (int step = 0; !arrived(); ++step) {
+        if (step == kMostSteps)
+            reportMissing("way by keys to", text);
+        pressKey(key);
+    }
 }
 
 void Host::setFontScale(float scale)

@@ -47,7 +47,10 @@ public:
     void doubleClick(ImVec2 point);
     void drag(ImVec2 from, ImVec2 to);
     void wheel(float dx, float dy); ///< dy > 0 scrolls up
-    void pressKey(ImGuiKey key);    ///< and lets it go; turns ImGui's keyboard navigation on
+    /// With or without Shift, and lets it go; turns ImGui's keyboard navigation on.
+    void pressKey(ImGuiKey key, bool shift = false);
+    /// Presses `key` until it has led to what bears the text; std::runtime_error if it never does.
+    void walk(ImGuiKey key, std::string_view text);
     void setFontScale(float scale);
 
     void moveTo(std::string_view exact, std::size_t nth = 0) { moveTo(text(exact, nth).center()); }

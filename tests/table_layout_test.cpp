@@ -238,26 +238,6 @@ TEST_F(TableLayout, rowsOfDifferentHeightsStandWhereTheyWouldIfAllWereDrawn)
     }
 }
 
-TEST_F(TableLayout, theKeyboardReachesEveryRow)
-{
-    table.m_keyColumn = 0;
-    rows.clear();
-    for (int row = 0; row < 500; ++row)
-        rows.push_back({"row " + std::to_string(1000 + row) + (row % 9 == 4 ? "\nand more" : ""), row});
-    showAt(1000);
-    ui.click("row 1000");
-    for (int step = 1; step <= 100; ++step)
-        ui.pressKey(ImGuiKey_DownArrow);
-    ui.pressKey(ImGuiKey_Space);
-    EXPECT_EQ(table.m_selectedRow, 100u);
-    ui.pressKey(ImGuiKey_End);
-    ui.pressKey(ImGuiKey_Space);
-    EXPECT_EQ(table.m_selectedRow, 499u);
-    ui.pressKey(ImGuiKey_PageUp);
-    ui.pressKey(ImGuiKey_Space);
-    EXPECT_NEAR(static_cast<double>(table.m_selectedRow), 470, 10);
-}
-
 /// The numbers of the layout grow with the font.
 TEST_F(TableLayout, atAnotherFontSizeNothingIsCut)
 {

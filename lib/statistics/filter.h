@@ -32,7 +32,6 @@ public:
     /// Another number for each time that it looked.
     std::uint64_t version() const { return m_version; }
     // As of the last `refresh`.
-    std::size_t matchCount() const { return m_matchCount; }
     bool matches(unsigned node) const { return (markOf(node) & kMatches) != 0; }
     /// True if something below the node is shown.
     bool leads(unsigned node) const { return (markOf(node) & kLeads) != 0; }

@@ -77,14 +77,6 @@ TEST(PresetFile, isRefusedWhenItIsNestedTooDeep)
     EXPECT_EQ(texts::parsePreset(R"({"limits": {}, "note": "\"[[[[[[[[[[[[[[[[[["})").problem, "");
 }
 
-TEST(PresetFile, takesManyLimitsInAMoment)
-{
-    std::string text = R"({"limits": {"first": {"min": 0, "max": 1})";
-    for (int i = 0; i < 30000; ++i) // minutes, if each were held against all others
-        text += ",\"" + std::to_string(i) + R"(": {"min": 0, "max": 1})";
-    EXPECT_EQ(texts::parsePreset(text + "}}").limits.size(), 30001U);
-}
-
 TEST(PresetFile, keepsWhatTheProgramDoesNotKnow)
 {
     const std::string old = R"({"name": "Mine", "note": ["a", {"b": 1}],

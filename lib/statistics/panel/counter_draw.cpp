@@ -46,10 +46,9 @@ void drawBar(const ItemCounter& item, const Watch& watch)
     const widgets::ColorScope background(ImGuiCol_FrameBg,
                                          ImVec4(color.x, color.y, color.z, kBarBackgroundAlpha));
     const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
-    ImGui::PushItemWidth(layout::scaled(layout::kBarWidth));
+    const widgets::ItemWidthScope width(layout::scaled(layout::kBarWidth));
     widgets::progressBar(item.weight, item.valueText);
     watch();
-    ImGui::PopItemWidth();
 }
 
 void drawLimit(const std::string& limit, bool crossed)

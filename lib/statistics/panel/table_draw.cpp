@@ -22,7 +22,8 @@ namespace {
 
 constexpr const char* kPopup = "tablePopup";
 
-/// What the user did to the rows in this frame, for which the selection has moved already: view rows.
+/// What the user did to the rows in this frame, by mouse or by the keys that stand for it, for which the
+/// selection has moved already: view rows.
 struct RowEvents {
     std::size_t doubleClicked = NO_INDEX;
     std::size_t rightClicked = NO_INDEX;
@@ -35,12 +36,16 @@ const std::string& cellText(const std::vector<std::string>& row, std::size_t col
 }
 
 /// Draws one cell. True if the mouse is over it.
-bool drawCell(Table& table, std::size_t viewRow, std::size_t column, const std::string& text, bool selected)
+bool drawCell(Table& table, std::size_t viewRow, std::size_t column, const std::string& text, bool selected,
+              widgets::ERowKey& key)
 {
-    if (column != table.m_keyColumn)
+    if (column != table.m_keyColumn) {
         widgets::text(text);
-    else if (widgets::rowSelectable(text, selected))
+        return ImGui::IsItemHovered(0);
+    }
+    if (widgets::rowSelectable(text, selected))
         table.m_selectedRow = viewRow;
+    key = widgets::pressedRowKey();
     return ImGui::IsItemHovered(0);
 }
 
@@ -51,13 +56,15 @@ void drawRow(Table& table, const std::vector<std::string>& row, std::size_t view
     const widgets::IdScope id(viewRow);
     const bool selected = table.m_selectedRow == viewRow;
     bool hovered = false;
+    auto key = widgets::ERowKey::None;
     for (std::size_t column = 0; column < columns; ++column) {
-        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected);
+        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected, key);
         ImGui::NextColumn();
     }
-    if (hovered && ImGui::IsMouseDoubleClicked(0))
+    if ((hovered && ImGui::IsMouseDoubleClicked(0)) || key == widgets::ERowKey::Act)
         events.doubleClicked = table.m_selectedRow = viewRow;
-    if (hovered && ImGui::IsMouseClicked(1, false) && !table.m_rowActions.empty())
+    const bool wantsMenu = (hovered && ImGui::IsMouseClicked(1, false)) || key == widgets::ERowKey::Menu;
+    if (wantsMenu && !table.m_rowActions.empty())
         events.rightClicked = table.m_selectedRow = viewRow;
 }
 

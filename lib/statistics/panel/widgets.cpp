@@ -210,13 +210,47 @@ void leaveTextField(const char* id)
         ImGui::ClearActiveID();
 }
 
-bool isEscapePressed()
+namespace {
+
+bool isPressed(ImGuiKey key)
 {
 #if IMGUI_VERSION_NUM >= 18700
-    return ImGui::IsKeyPressed(ImGuiKey_Escape, false);
+    return ImGui::IsKeyPressed(key, false);
 #else
-    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Escape), false);
+    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key), false);
 #endif
+}
+
+#if IMGUI_VERSION_NUM >= 18700
+bool isMenuKeyPressed()
+{
+    return isPressed(ImGuiKey_Menu);
+}
+constexpr ImGuiKey kKeypadEnter = ImGuiKey_KeypadEnter;
+#else
+/// That release doesn't know the key.
+bool isMenuKeyPressed()
+{
+    return false;
+}
+constexpr ImGuiKey kKeypadEnter = ImGuiKey_KeyPadEnter;
+#endif
+
+} // namespace
+
+bool isEscapePressed()
+{
+    return isPressed(ImGuiKey_Escape);
+}
+
+ERowKey pressedRowKey()
+{
+    const ImGuiIO& io = ImGui::GetIO();
+    if (!io.NavVisible || !ImGui::IsItemFocused())
+        return ERowKey::None;
+    if (isPressed(ImGuiKey_Enter) || isPressed(kKeypadEnter))
+        return io.KeyShift ? ERowKey::Menu : ERowKey::Act;
+    return isMenuKeyPressed() ? ERowKey::Menu : ERowKey::None;
 }
 
 bool menuItem(const std::string& caption)

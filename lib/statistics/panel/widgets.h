@@ -41,6 +41,14 @@ public:
     StyleVarScope& operator=(const StyleVarScope&) = delete;
 };
 
+class [[nodiscard]] ItemWidthScope {
+public:
+    explicit ItemWidthScope(float width) { ImGui::PushItemWidth(width); }
+    ~ItemWidthScope() { ImGui::PopItemWidth(); }
+    ItemWidthScope(const ItemWidthScope&) = delete;
+    ItemWidthScope& operator=(const ItemWidthScope&) = delete;
+};
+
 /// The context menu's popup; `open` tells whether it shows.
 class [[nodiscard]] PopupScope {
 public:
@@ -102,6 +110,11 @@ enum class ESortArrow { None, Up, Down };
 bool headerButton(const std::string& caption, ESortArrow arrow = ESortArrow::None);
 /// A text that selects the whole row, beneath what follows in it.
 bool rowSelectable(const std::string& text, bool selected);
+/// What the keys ask of the row that was just drawn, if the host has turned on ImGui's navigation and it
+/// stands there: Enter is a double click; with Shift, or the menu's own key where ImGui knows it, a right
+/// click.
+enum class ERowKey { None, Act, Menu };
+ERowKey pressedRowKey();
 /// `fraction` below zero or NaN shows an empty bar. The overlay stands behind the filled part.
 void progressBar(float fraction, const std::string& overlay);
 
