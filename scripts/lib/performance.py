@@ -132,8 +132,8 @@ WHERE_LIMITS_LIE = """
   aren't held to.
 - *table, sort*: before each value the number of rows is asked and the getter looked for, since a getter may shrink the
   rows or change the columns; by hand neither is.
-- *the stripped library*: three quarters are code at `-O3`, an eighth are tables for exceptions. `-O2` makes it a tenth
-  smaller, folding equal functions another hundredth.
+- *the stripped library*: three quarters are code at `-O3`, an eighth are tables for exceptions. `-O2` makes it 380
+  KiB, `-Os` 260; calls inside the library that don't go through its table of symbols spare another 5 KiB.
 - *filter, key press*: by hand every path is kept in lower case, some 4 MB at 60,000, and all lines are of one height.
   The panel keeps neither: it reads each name, and lines of any height stay where they are.
 - *memory per counter*, stores full: 224 bytes are the `Counter` that the host makes, with the functor that is left out
@@ -147,6 +147,8 @@ WHERE_LIMITS_LIE = """
 
 - *update, nothing due*, times in blocks of 16: GCC unrolls a loop of 16 before it looks for instructions that take four
   numbers at once, and then finds none: 10 µs at 10,000 counters where blocks of 32 take 2.
+- *table, sort*, a loop of its own for merging in place of `std::merge`, which calls `memmove` for the rest of each pair of
+  runs: 1.39 to 1.43 at 100,000 rows with either.
 """
 
 
