@@ -159,7 +159,8 @@ void removeAllOurs(benchmark::State& state, std::size_t groupSize)
         auto library = std::make_unique<Library>();
         const unsigned top = groupSize == kOneParent ? (*library)->createLabel("top") : 0;
         fill(*library, static_cast<std::size_t>(state.range(0)), groupSize, top);
-        const std::vector<unsigned> topLevel = statistics::TestAccess::tree().m_nodes[0].children;
+        const statistics::ChildList& children = statistics::TestAccess::tree().m_nodes[0].children;
+        const std::vector<unsigned> topLevel(children.begin(), children.end());
         state.ResumeTiming();
         for (const unsigned id : topLevel)
             (*library)->removeItem(id);

@@ -217,7 +217,8 @@ protected:
         ASSERT_EQ(live, m_model.nodes.size());
         for (const auto& [id, node] : m_model.nodes) {
             ASSERT_EQ(tree.m_nodes[id].parent, node.parent);
-            std::vector<unsigned> children = tree.m_nodes[id].children;
+            std::vector<unsigned> children(tree.m_nodes[id].children.begin(),
+                                           tree.m_nodes[id].children.end());
             children.erase(std::remove(children.begin(), children.end(), INVALID_ID), children.end());
             ASSERT_EQ(children, node.children);
             ASSERT_EQ(TestAccess::render().itemName(tree.item(id)), node.name);

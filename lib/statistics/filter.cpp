@@ -83,7 +83,7 @@ void Filter::matchAll(const Tree& tree, const Render& render)
     m_levels.assign(1, {tree.m_nodes.begin(), 0, 0, 0});
     while (!m_levels.empty()) {
         Level& level = m_levels.back();
-        const std::vector<unsigned>& children = tree.m_nodes[level.node].children;
+        const ChildList& children = tree.m_nodes[level.node].children;
         if (level.next == children.size()) {
             m_levels.pop_back();
             continue;

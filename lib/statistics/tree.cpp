@@ -36,7 +36,7 @@ std::uint64_t Tree::s_lastRevision = 0;
 
 Tree::Tree()
 {
-    m_derived.places.resize(kFirstSlots);
+    m_derived.positions.resize(kFirstSlots);
     m_nodes.grow(kFirstSlots);
     m_nodes.emplace(Node{INVALID_ID, 0, INVALID_ID, {}});
 }
@@ -68,14 +68,14 @@ unsigned Tree::addChild(unsigned item, unsigned parentId)
 {
     if (!checkParent(parentId))
         return INVALID_ID;
-    makeRoom(m_nodes[parentId].children);
+    makeRoom(m_nodes[parentId].children.ids());
     makeRoom(m_derived.unindexed);
     const unsigned id = nextId();
-    if (id >= m_derived.places.size())
-        m_derived.places.resize(id * std::size_t{2});
+    if (id >= m_derived.positions.size())
+        m_derived.positions.resize(id * std::size_t{2});
     m_nodes.emplace(Node{parentId, m_nodes[parentId].depth + 1, item, {}});
-    std::vector<unsigned>& siblings = m_nodes[parentId].children;
-    m_derived.places[id] = {static_cast<unsigned>(siblings.size()), 0};
+    std::vector<unsigned>& siblings = m_nodes[parentId].children.ids();
+    m_derived.positions[id] = static_cast<unsigned>(siblings.size());
     siblings.push_back(id);
     noteForIndex(id);
     m_derived.changes.note(id);
@@ -102,7 +102,7 @@ bool Tree::isListed(unsigned id) const
     const unsigned parent = m_nodes[id].parent;
     if (!m_nodes.contains(parent))
         return false;
-    const std::vector<unsigned>& siblings = m_nodes[parent].children;
+    const ChildList& siblings = m_nodes[parent].children;
     return position(id) < siblings.size() && siblings[position(id)] == id;
 }
 
@@ -111,18 +111,18 @@ bool Tree::isListed(unsigned id) const
 void Tree::unlist(unsigned id)
 {
     const unsigned parent = m_nodes[id].parent;
-    std::vector<unsigned>& siblings = m_nodes[parent].children;
-    Place& place = m_derived.places[parent];
+    std::vector<unsigned>& siblings = m_nodes[parent].children.ids();
+    unsigned& gaps = m_nodes[parent].children.gaps();
     m_derived.changes.note(parent);
     if (siblings.size() - position(id) <= kShortTail) {
         takeOut(siblings, id);
     } else {
         siblings[position(id)] = INVALID_ID;
-        ++place.gaps;
+        ++gaps;
     }
-    if (place.gaps * std::size_t{2} > siblings.size()) {
+    if (gaps * std::size_t{2} > siblings.size()) {
         // Walks that stand on the node go on from its place.
-        m_derived.places[id].position = static_cast<unsigned>(countListed(siblings, position(id)));
+        m_derived.positions[id] = static_cast<unsigned>(countListed(siblings, position(id)));
         closeGaps(parent);
     }
 }
@@ -134,7 +134,7 @@ void Tree::takeOut(std::vector<unsigned>& siblings, unsigned id)
     siblings.erase(siblings.begin() + static_cast<std::ptrdiff_t>(position));
     for (std::size_t behind = position; behind < siblings.size(); ++behind)
         if (siblings[behind] != INVALID_ID)
-            m_derived.places[siblings[behind]].position = static_cast<unsigned>(behind);
+            m_derived.positions[siblings[behind]] = static_cast<unsigned>(behind);
     for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer)
         if (walk->m_parent == m_nodes[id].parent && walk->m_next > position)
             --walk->m_next;
@@ -142,14 +142,14 @@ void Tree::takeOut(std::vector<unsigned>& siblings, unsigned id)
 
 void Tree::closeGaps(unsigned parent)
 {
-    std::vector<unsigned>& children = m_nodes[parent].children;
+    std::vector<unsigned>& children = m_nodes[parent].children.ids();
     for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer)
         if (walk->m_parent == parent)
             walk->m_next = countListed(children, walk->m_next);
     children.erase(std::remove(children.begin(), children.end(), INVALID_ID), children.end());
     for (std::size_t position = 0; position < children.size(); ++position)
-        m_derived.places[children[position]].position = static_cast<unsigned>(position);
-    m_derived.places[parent].gaps = 0;
+        m_derived.positions[children[position]] = static_cast<unsigned>(position);
+    m_nodes[parent].children.gaps() = 0;
 }
 
 /// Items go parent first, nodes children first: that order decides which ids are given out next.
@@ -177,7 +177,7 @@ void Tree::removeSubtree(unsigned top, Render& render)
 /// The first child that stands at `position` or behind it; INVALID_ID if there is none.
 unsigned Tree::firstFrom(unsigned parent, std::size_t position) const
 {
-    const std::vector<unsigned>& children = m_nodes[parent].children;
+    const ChildList& children = m_nodes[parent].children;
     while (position < children.size() && children[position] == INVALID_ID)
         ++position;
     return position < children.size() ? children[position] : INVALID_ID;
@@ -242,8 +242,7 @@ bool Tree::ChildWalk::leave()
 /// Walks below the node go on behind what they can no longer reach.
 void Tree::clearChildren(unsigned id)
 {
-    m_nodes[id].children.clear();
-    m_derived.places[id].gaps = 0;
+    m_nodes[id].children = {};
     m_derived.indexStale = true;
     m_derived.changes.note(id);
     noteChange();

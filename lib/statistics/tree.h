@@ -2,6 +2,7 @@
 
 #include "call_scope.h"
 #include "change_log.h"
+#include "child_list.h"
 #include "free_slot_vector.h"
 #include "name_index.h"
 #include "render.h"
@@ -34,7 +35,7 @@ public:
         unsigned depth;  ///< 0 for the root
         unsigned item;   ///< INVALID_ID for the root
         /// In the order in which they were added. In a long list INVALID_ID may stand where one was removed.
-        std::vector<unsigned> children;
+        ChildList children;
     };
 
     /// Where a node stands while the revision stays.
@@ -98,7 +99,7 @@ public:
     /// The id that the next `addChild` will give.
     unsigned nextId() const { return m_nodes.nextIndex(); }
     /// Where a node stands among its parent's children.
-    std::size_t position(unsigned id) const { return m_derived.places[id].position; }
+    std::size_t position(unsigned id) const { return m_derived.positions[id]; }
     /// Nodes that are new or whose list of children is another, for who remembers how they looked.
     const ChangeLog& changes() const { return m_derived.changes; }
     ChangeLog& changes() { return m_derived.changes; }
@@ -120,18 +121,12 @@ private:
     };
     using Sums = std::vector<LevelSum>;
 
-    /// What is known of a node besides what it holds.
-    struct Place {
-        unsigned position = 0; ///< among its parent's children, while they list it
-        unsigned gaps = 0;     ///< children that were removed and still have their place in the list
-    };
-
     /// Follows from the nodes and what happens to them.
     struct Derived {
         NameIndex names;
         std::vector<unsigned> unindexed; ///< nodes added since the index was last used
         bool indexStale = true;          ///< from the first search on there is an index
-        std::vector<Place> places;       ///< by node
+        std::vector<unsigned> positions; ///< by node: among its parent's children, while they list it
         ChangeLog changes;
         std::shared_ptr<TreeLines> lines;            ///< null until the tree is first drawn
         std::unordered_map<unsigned, bool> openings; ///< nodes to open or close at the next draw
@@ -207,7 +202,7 @@ inline bool Tree::ChildWalk::next(std::size_t end)
 {
     if (m_parent == INVALID_ID)
         return false;
-    const std::vector<unsigned>& children = m_tree.m_nodes[m_parent].children;
+    const ChildList& children = m_tree.m_nodes[m_parent].children;
     do {
         if (m_next >= children.size() || m_next >= end)
             return false;
@@ -261,13 +256,15 @@ void Tree::forEachNode(const Visit& visit) const
 template<typename IsBefore>
 void Tree::sortChildren(unsigned id, const IsBefore& isBefore)
 {
+    if (m_nodes[id].children.empty())
+        return;
     closeGaps(id);
-    std::vector<unsigned>& children = m_nodes[id].children;
+    std::vector<unsigned>& children = m_nodes[id].children.ids();
     if (std::is_sorted(children.begin(), children.end(), isBefore))
         return;
     std::sort(children.begin(), children.end(), isBefore);
     for (std::size_t position = 0; position < children.size(); ++position)
-        m_derived.places[children[position]].position = static_cast<unsigned>(position);
+        m_derived.positions[children[position]] = static_cast<unsigned>(position);
     m_derived.changes.note(id);
 }
 
