@@ -51,8 +51,12 @@ bool Schedule::Block::waitAll(float dt) noexcept
 
 void Schedule::makeRoom(unsigned slot)
 {
-    if (slot / kWidth >= m_blocks.size())
-        m_blocks.resize(slot / kWidth + 1);
+    const std::size_t count = slot / kWidth + std::size_t{1};
+    if (count <= m_blocks.size())
+        return;
+    if (count > m_blocks.capacity())
+        m_blocks.reserve(count + count / 4); // where `resize` would double
+    m_blocks.resize(count);
 }
 
 void Schedule::start(unsigned slot, float period) noexcept
