@@ -83,7 +83,7 @@ protected:
         for (auto slot = render.counters.begin(); slot != render.counters.end();
              slot = render.counters.next(slot)) {
             const ItemCounter& item = render.counters[slot];
-            all.push_back((item.limits ? item.limits->minText : "") + item.counter->min.toString("%f"));
+            all.push_back((item.limits ? item.limits->texts.minText : "") + item.counter->min.toString("%f"));
         }
         for (auto slot = render.tables.begin(); slot != render.tables.end(); slot = render.tables.next(slot))
             describe(*render.tables[slot].table, all);

@@ -1,29 +1,48 @@
 #include "call_scope.h"
 
-#include <utility>
-
 namespace statistics {
 
 unsigned CallScope::s_depth = 0;
-CallScope::Waiting* CallScope::s_first = nullptr;
-CallScope::Waiting* CallScope::s_last = nullptr;
+std::size_t CallScope::s_owned = 0;
+std::vector<CallScope::Waiting>* CallScope::s_waiting = nullptr;
 
-void CallScope::keep(Place place, void* object, void (*destroy)(void* object)) noexcept
+void CallScope::takeRoom()
 {
-    Waiting* const added = place.m_waiting.release();
-    *added = {nullptr, object, destroy};
-    (s_first ? s_last->next : s_first) = added;
-    s_last = added;
+    if (!s_waiting)
+        s_waiting = new std::vector<Waiting>;
+    const std::size_t needed = s_waiting->size() + s_owned + 1;
+    // By an eighth: there is hardly ever anything in it to be moved.
+    if (needed > s_waiting->capacity())
+        s_waiting->reserve(needed + needed / 8);
+    ++s_owned;
+}
+
+void CallScope::retire(void* object, void (*destroy)(void* object)) noexcept
+{
+    --s_owned;
+    if (active())
+        return s_waiting->push_back({object, destroy});
+    destroy(object);
+    giveBackRoom();
 }
 
 void CallScope::destroyRetired() noexcept
 {
+    if (!s_waiting)
+        return;
     // Destructors of host objects may remove more items, which come last: go on until nothing is left.
-    while (s_first) {
-        const std::unique_ptr<Waiting> waiting(s_first);
-        s_first = waiting->next;
-        waiting->destroy(waiting->object);
+    for (std::size_t index = 0; index < s_waiting->size(); ++index) {
+        const Waiting waiting = (*s_waiting)[index];
+        waiting.destroy(waiting.object);
     }
+    s_waiting->clear();
+    giveBackRoom();
+}
+
+void CallScope::giveBackRoom() noexcept
+{
+    if (s_owned == 0 && s_waiting && s_waiting->empty())
+        delete std::exchange(s_waiting, nullptr);
 }
 
 } // namespace statistics

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace statistics {
 
@@ -13,11 +16,9 @@ namespace statistics {
 ///
 /// The state is the process's, not the instance's: `Table` and `Counter` are called by hosts directly.
 class [[nodiscard]] CallScope {
-    /// An entry of the list of what waits, in the order in which it was retired.
     struct Waiting {
-        Waiting* next = nullptr;
-        void* object = nullptr;
-        void (*destroy)(void* object) = nullptr;
+        void* object;
+        void (*destroy)(void* object);
     };
 
 public:
@@ -35,35 +36,47 @@ public:
     /// True inside a call, which is where functors run.
     static bool active() noexcept { return s_depth != 0; }
 
-    /// A place among what waits, taken beforehand by whoever owns what functors may stand on: so removing
-    /// never needs memory.
-    class Place {
+    /// Owns what functors may stand on. What it owns when it ends inside a call lives on until the outermost
+    /// call returns; outside all calls it goes at once, where that may run destructors of the host. The
+    /// memory for that is taken beforehand: an owner's end never needs any.
+    template<typename T>
+    class Owner {
     public:
-        Place() : m_waiting(std::make_unique<Waiting>()) {}
+        /// Lack of memory leaves `object` where it is.
+        explicit Owner(std::unique_ptr<T>&& object)
+        {
+            takeRoom();
+            m_object = std::move(object);
+        }
+        Owner(Owner&& other) noexcept = default;
+        Owner& operator=(Owner&& other) = delete;
+        ~Owner()
+        {
+            if (m_object)
+                retire(m_object.release(), [](void* kept) { delete static_cast<T*>(kept); });
+        }
+
+        T* get() const { return m_object.get(); }
+        T& operator*() const { return *m_object; }
+        T* operator->() const { return m_object.get(); }
+        /// False once it was moved from.
+        explicit operator bool() const { return m_object != nullptr; }
 
     private:
-        friend class CallScope;
-
-        std::unique_ptr<Waiting> m_waiting; ///< null once it was moved from
+        std::unique_ptr<T> m_object;
     };
 
-    /// Destroys an object when the outermost call returns; at once outside all calls, where that may run
-    /// destructors of the host.
-    template<typename T>
-    static void retire(std::unique_ptr<T> object, Place place) noexcept
-    {
-        if (active() && object)
-            keep(std::move(place), object.release(), [](void* kept) { delete static_cast<T*>(kept); });
-    }
-
 private:
-    static void keep(Place place, void* object, void (*destroy)(void* object)) noexcept;
+    static void takeRoom();
+    static void retire(void* object, void (*destroy)(void* object)) noexcept;
     static void destroyRetired() noexcept;
+    static void giveBackRoom() noexcept;
 
     static unsigned s_depth;
-    /// Plain pointers have no destructor that could run before the last instance goes at process exit.
-    static Waiting* s_first;
-    static Waiting* s_last;
+    static std::size_t s_owned; ///< objects that have an owner
+    /// In the order in which it was retired, with room for all that has an owner; null while nothing has. A
+    /// plain pointer has no destructor that could run before the last instance goes at process exit.
+    static std::vector<Waiting>* s_waiting;
 };
 
 } // namespace statistics

@@ -64,6 +64,13 @@ struct LimitTexts {
     std::string maxText;
 };
 
+/// The limits of a counter, and where its last sample lay.
+struct ShownLimits {
+    LimitTexts texts;
+    float weight = 0;                  ///< position of the sample between the limits
+    ECrossed crossed = ECrossed::None; ///< `None` while such limits aren't marked
+};
+
 /// A counter on the panel: the host's description, and the texts that are drawn every frame. Its period and
 /// timer lie in `Render::counterSchedule`.
 struct ItemCounter {
@@ -76,18 +83,16 @@ struct ItemCounter {
 
     void printLimits()
     {
-        limits = std::make_unique<LimitTexts>(counter->min, counter->max, counter->limitFormat);
+        limits = std::make_unique<ShownLimits>();
+        limits->texts = LimitTexts(counter->min, counter->max, counter->limitFormat);
     }
     /// A counter that gets limits later shows them from its next sample on.
     bool showsLimits() const { return counter->hasLimits && limits; }
 
     std::string name;
-    std::string valueText;              ///< empty until the first sample
-    std::unique_ptr<LimitTexts> limits; ///< null for a counter that has had no limits yet
-    float weight = 0;                   ///< position of the last sample between the limits
-    ECrossed crossed = ECrossed::None;  ///< by the last sample; `None` while such limits aren't marked
-    std::unique_ptr<Counter> counter;   ///< never null
-    CallScope::Place place;             ///< for `counter`, when the item is removed
+    std::string valueText;               ///< empty until the first sample
+    std::unique_ptr<ShownLimits> limits; ///< null for a counter that has had no limits yet
+    CallScope::Owner<Counter> counter;
 };
 
 /// A table on the panel: the model, and the cells of the last refresh. Its period and timer lie in
@@ -99,12 +104,11 @@ struct ItemTable {
     }
 
     std::string name;
-    std::unique_ptr<Table> table;               ///< never null; hosts hold its address
+    CallScope::Owner<Table> table;              ///< hosts hold its address
     std::vector<std::vector<std::string>> rows; ///< texts by view row and column
     bool widthsPending = true;                  ///< the columns' widths are yet to be given to ImGui
     std::size_t menuRow = NO_INDEX;             ///< data row that the context menu was opened on
     RowLines lines;                             ///< of `rows`
-    CallScope::Place place;                     ///< for `table`, when the item is removed
 };
 
 /// A check box on the panel.

@@ -31,10 +31,8 @@ public:
     Pinned& operator=(Pinned&& other) = delete;
     ~Pinned()
     {
-        if (!m_functor)
-            return;
-        ++s_released;
-        CallScope::retire(std::move(m_functor), std::move(m_place));
+        if (m_functor)
+            ++s_released;
     }
 
     /// For a host that calls the field itself. Runs the host's functor.
@@ -49,8 +47,7 @@ public:
 private:
     static inline std::size_t s_released = 0;
 
-    std::unique_ptr<Functor> m_functor; ///< null once it was moved from
-    CallScope::Place m_place;
+    CallScope::Owner<Functor> m_functor;
 };
 
 /// The functor of a field, to be called in place. The reference is good until the outermost call returns,

@@ -35,11 +35,8 @@ unsigned place(free_slot_vector<T>& pool, ItemType type, T element, Schedule& sc
 /// it reads may be gone with the counter.
 void removeCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
 {
-    if (counters.contains(slot)) {
-        ItemCounter& item = counters[slot];
-        item.counter->hasLimits = false;
-        CallScope::retire(std::move(item.counter), std::move(item.place));
-    }
+    if (counters.contains(slot))
+        counters[slot].counter->hasLimits = false;
     counters.erase(slot);
 }
 
@@ -118,20 +115,16 @@ void Render::clearDiffTable()
 
 void Render::clearPresets()
 {
-    CallScope::Place place;
-    auto cleared = std::make_unique<free_slot_vector<ItemPreset>>();
+    const CallScope::Owner<free_slot_vector<ItemPreset>> cleared(
+        std::make_unique<free_slot_vector<ItemPreset>>());
     *cleared = std::move(presets);
-    CallScope::retire(std::move(cleared), std::move(place));
 }
 
 /// A refresh, sort or sum that is under way calls no more functors of the table, either.
 void Render::removeTable(unsigned slot)
 {
-    if (tables.contains(slot)) {
-        ItemTable& item = tables[slot];
-        item.table->m_removed = true;
-        CallScope::retire(std::move(item.table), std::move(item.place));
-    }
+    if (tables.contains(slot))
+        tables[slot].table->m_removed = true;
     tables.erase(slot);
 }
 

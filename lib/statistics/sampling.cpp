@@ -97,8 +97,8 @@ void Render::updateCounter(unsigned slot)
         item->printLimits();
         lineChanges.note(slot);
     }
-    item->weight = weight;
-    item->crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
+    item->limits->weight = weight;
+    item->limits->crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
 }
 
 void Render::showValue(unsigned slot, const CounterValue& value)

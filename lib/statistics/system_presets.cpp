@@ -75,7 +75,7 @@ void System::choosePreset(std::size_t index)
     for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot), ++next) {
         counters[slot].counter->setLimits(next->limit.min, next->limit.max);
         if (counters[slot].limits)
-            std::swap(*counters[slot].limits, next->texts);
+            std::swap(counters[slot].limits->texts, next->texts);
     }
     m_data->render.lineChanges.noteAll(); // the limits' texts may take other room
 }
@@ -85,8 +85,7 @@ void System::clearPresets()
 {
     const CallScope call;
     // What needs memory comes first.
-    CallScope::Place place;
-    auto cleared = std::make_unique<std::deque<LimitMap>>();
+    const CallScope::Owner<std::deque<LimitMap>> cleared(std::make_unique<std::deque<LimitMap>>());
     PresetGroup& group = m_data->presetGroup;
     Tree tree;
     const unsigned node = tree.addChild(group.tree.item(group.groupNode), 0);
@@ -94,7 +93,6 @@ void System::clearPresets()
 
     // A functor may hold its limits still.
     cleared->swap(limitPresets);
-    CallScope::retire(std::move(cleared), std::move(place));
     group.tree = std::move(tree);
     group.groupNode = node;
 }

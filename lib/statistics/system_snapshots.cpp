@@ -67,12 +67,12 @@ bool System::removeStatsAnalyzer()
     if (!m_data->snapshotGroup.hasControls())
         return false;
     const CallScope call;
-    CallScope::Place place;
-    m_data->snapshotGroup.reset(m_data->render, m_data->snapshotGroup.bareTree());
+    Tree bare = m_data->snapshotGroup.bareTree();
+    // "Save diff" may hold the comparison while it drops the store.
+    const CallScope::Owner<StatisticsAnalyzer> dropped(std::move(m_data->statsAnalyzer));
+    m_data->snapshotGroup.reset(m_data->render, std::move(bare));
     m_data->render.clearDiffTable();
     m_data->render.clearSnapshotControl();
-    // "Save diff" may hold the comparison while it drops the store.
-    CallScope::retire(std::move(m_data->statsAnalyzer), std::move(place));
     return true;
 }
 

@@ -42,12 +42,12 @@ ImVec4 barColor(float weight)
 template<typename Watch>
 void drawBar(const ItemCounter& item, const Watch& watch)
 {
-    const ImVec4 color = barColor(item.weight);
+    const ImVec4 color = barColor(item.limits->weight);
     const widgets::ColorScope background(ImGuiCol_FrameBg,
                                          ImVec4(color.x, color.y, color.z, kBarBackgroundAlpha));
     const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
     const widgets::ItemWidthScope width(layout::scaled(layout::kBarWidth));
-    widgets::progressBar(item.weight, item.valueText);
+    widgets::progressBar(item.limits->weight, item.valueText);
     watch();
 }
 
@@ -62,11 +62,11 @@ void drawLimit(const std::string& limit, bool crossed)
 template<typename Watch>
 void drawLimitedValue(const ItemCounter& item, ECrossed crossed, const Watch& watch)
 {
-    drawLimit(item.limits->minText, crossed == ECrossed::Min);
+    drawLimit(item.limits->texts.minText, crossed == ECrossed::Min);
     ImGui::SameLine(0.0f, -1.0f);
     drawBar(item, watch);
     ImGui::SameLine(0.0f, -1.0f);
-    drawLimit(item.limits->maxText, crossed == ECrossed::Max);
+    drawLimit(item.limits->texts.maxText, crossed == ECrossed::Max);
 }
 
 bool drawCaption(const std::string& name, bool hasChildren, bool opensAtFirst)
@@ -95,7 +95,7 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
             watchHistory(slot);
     };
     if (item.showsLimits()) {
-        drawLimitedValue(item, options.markOutside ? item.crossed : ECrossed::None, watch);
+        drawLimitedValue(item, options.markOutside ? item.limits->crossed : ECrossed::None, watch);
     } else {
         widgets::text(item.valueText);
         watch();

@@ -176,8 +176,8 @@ void showNumbers(const ItemCounter& item, Past::EKind kind, const PastSummary& s
     }
     showPair("last", item.valueText);
     if (item.showsLimits())
-        showPair("limits", limitText(counter.min, item.limits->minText) + " to " +
-                               limitText(counter.max, item.limits->maxText));
+        showPair("limits", limitText(counter.min, item.limits->texts.minText) + " to " +
+                               limitText(counter.max, item.limits->texts.maxText));
 }
 
 void showPast(const ItemCounter& item, const Past& past, float period)

@@ -30,7 +30,8 @@ ELine lineOf(const ItemCounter& item)
         return ELine::Other;
     if (!item.showsLimits())
         return ELine::Text;
-    return isOneLine(item.limits->minText) && isOneLine(item.limits->maxText) ? ELine::Bar : ELine::Other;
+    const LimitTexts& limits = item.limits->texts;
+    return isOneLine(limits.minText) && isOneLine(limits.maxText) ? ELine::Bar : ELine::Other;
 }
 
 ELine lineOf(const Render& render, unsigned item)
