@@ -105,7 +105,8 @@ struct System::Data {
             unsigned slot; ///< in its pool
             Counter* counter;
         };
-        static constexpr std::size_t kAhead = 24; ///< entries, on the way from memory while others are visited
+        static constexpr std::size_t kAhead =
+            24; ///< entries, on the way from memory while others are visited
 
         std::uint64_t revision;
         std::vector<Entry> entries;
