@@ -9,18 +9,6 @@ namespace {
 
 constexpr float kGap = std::numeric_limits<float>::quiet_NaN();
 
-bool isNumber(const CounterValue& value)
-{
-    return !value.isString() && !value.isEmpty();
-}
-
-Past::EKind kindOf(const CounterValue& value)
-{
-    if (value.isDecimal())
-        return Past::EKind::Decimal;
-    return value.isInt() ? Past::EKind::Int : Past::EKind::UInt;
-}
-
 } // namespace
 
 std::vector<float> Past::samples() const
@@ -60,25 +48,15 @@ void History::makeRoom(unsigned slot)
     m_blocks[index] = std::move(wider);
 }
 
-void History::add(unsigned slot, const CounterValue& value) noexcept
-{
-    Block& block = m_blocks[slot / kLanes];
-    Ring& ring = block.rings[slot % kLanes];
-    const bool number = isNumber(value);
-    if (!number && ring.size(m_capacity) == 0)
-        return;
-    if (number)
-        ring.kind = kindOf(value);
-    push(block, slot % kLanes, number ? value.toFloat() : kGap);
-}
-
-void History::push(Block& block, unsigned lane, float sample) noexcept
+/// Of a value that isn't a decimal.
+void History::addOther(Block& block, unsigned lane, const CounterValue& value) noexcept
 {
     Ring& ring = block.rings[lane];
-    block.samples[ring.next * block.width + lane] = sample;
-    if (++ring.next == m_capacity) {
-        ring.next = 0;
-        ring.laps = ring.laps == std::numeric_limits<std::uint16_t>::max() ? 1 : ring.laps + 1;
+    if (value.isInt() || value.isUInt()) {
+        ring.kind = value.isInt() ? Past::EKind::Int : Past::EKind::UInt;
+        push(block, lane, value.toFloat());
+    } else if (ring.size(m_capacity) > 0) {
+        push(block, lane, kGap);
     }
 }
 

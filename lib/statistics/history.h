@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -114,10 +115,32 @@ private:
     {
         return slot / kLanes < m_blocks.size() && slot % kLanes < m_blocks[slot / kLanes].width;
     }
+    void addOther(Block& block, unsigned lane, const CounterValue& value) noexcept;
     void push(Block& block, unsigned lane, float sample) noexcept;
 
     std::size_t m_capacity;
     std::vector<Block> m_blocks;
 };
+
+// Decimals, as most values are, cost sampling a few instructions and no call.
+
+inline void History::add(unsigned slot, const CounterValue& value) noexcept
+{
+    Block& block = m_blocks[slot / kLanes];
+    if (!value.isDecimal())
+        return addOther(block, slot % kLanes, value);
+    block.rings[slot % kLanes].kind = Past::EKind::Decimal;
+    push(block, slot % kLanes, value.toFloat());
+}
+
+inline void History::push(Block& block, unsigned lane, float sample) noexcept
+{
+    Ring& ring = block.rings[lane];
+    block.samples[ring.next * block.width + lane] = sample;
+    if (++ring.next == m_capacity) {
+        ring.next = 0;
+        ring.laps = ring.laps == std::numeric_limits<std::uint16_t>::max() ? 1 : ring.laps + 1;
+    }
+}
 
 } // namespace statistics

@@ -85,20 +85,6 @@ unsigned int CounterValue::toUInt() const
     }
 }
 
-float CounterValue::toFloat() const
-{
-    switch (m_type) {
-    case ECounterType::Int:
-        return static_cast<float>(m_number.asInt);
-    case ECounterType::UInt:
-        return static_cast<float>(m_number.asUInt);
-    case ECounterType::Decimal:
-        return m_number.asFloat;
-    default:
-        return 0.0f;
-    }
-}
-
 /// Exact for all three kinds of number, where a float isn't.
 double CounterValue::toDouble() const
 {

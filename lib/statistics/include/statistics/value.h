@@ -110,4 +110,18 @@ private:
     ECounterType m_type = ECounterType::Empty;
 };
 
+inline float CounterValue::toFloat() const
+{
+    switch (m_type) {
+    case ECounterType::Int:
+        return static_cast<float>(m_number.asInt);
+    case ECounterType::UInt:
+        return static_cast<float>(m_number.asUInt);
+    case ECounterType::Decimal:
+        return m_number.asFloat;
+    default:
+        return 0.0f;
+    }
+}
+
 } // namespace statistics
