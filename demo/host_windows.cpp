@@ -31,7 +31,8 @@ void setUpPanel()
     statistics::Options options;
     options.history = kHistory;
     options.background = 0.9f;
-    options.filter = options.markOutside = options.sortArrows = options.sortSnapshots = true;
+    options.filter = options.markOutside = options.sortArrows = options.sortSnapshots = options.rowKeys =
+        true;
     System::instance()->setOptions(options);
     for (const char* group : {"Frame", "Work"})
         System::instance()->openNode(statistics::getItemIndex(group), true);

@@ -162,6 +162,7 @@ private:
         options.markOutside = (on & 2u) != 0;
         options.sortArrows = (on & 4u) != 0;
         options.sortSnapshots = (on & 8u) != 0;
+        options.rowKeys = (on & 16u) != 0;
         options.background = script.number();
         options.compareTolerance = script.number();
         System::instance()->setOptions(options);

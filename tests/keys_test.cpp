@@ -39,6 +39,9 @@ TEST_F(Keys, aloneOpenChooseSortActAndFilter)
     EXPECT_EQ(table.m_sortColumn, 1u);
     ui.walk(ImGuiKey_DownArrow, "row 1497");
     ui.pressKey(ImGuiKey_Enter);
+    EXPECT_EQ(noted, test::Indices{}) << "on a plain panel";
+    setOption(&statistics::Options::rowKeys, true);
+    ui.pressKey(ImGuiKey_Enter);
     EXPECT_EQ(noted, test::Indices{497});
     ui.pressKey(ImGuiKey_Enter, true);
     ui.walk(ImGuiKey_DownArrow, "Note");

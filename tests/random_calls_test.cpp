@@ -178,7 +178,7 @@ protected:
         options.filter = chance(30);
         options.background = static_cast<float>(pick(3)) * 0.5f;
         options.markOutside = chance(50);
-        options.sortArrows = chance(50);
+        options.sortArrows = options.rowKeys = chance(50);
         options.sortSnapshots = chance(50);
         options.compareTolerance = chance(50) ? 0.1f : 0.0f;
         system().setOptions(options);

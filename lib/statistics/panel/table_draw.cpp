@@ -25,6 +25,7 @@ constexpr const char* kPopup = "tablePopup";
 /// What the user did to the rows in this frame, by mouse or by the keys that stand for it, for which the
 /// selection has moved already: view rows.
 struct RowEvents {
+    const bool byKeys; ///< keys count, too
     std::size_t doubleClicked = NO_INDEX;
     std::size_t rightClicked = NO_INDEX;
 };
@@ -56,11 +57,12 @@ void drawRow(Table& table, const std::vector<std::string>& row, std::size_t view
     const widgets::IdScope id(viewRow);
     const bool selected = table.m_selectedRow == viewRow;
     bool hovered = false;
-    auto key = widgets::ERowKey::None;
+    auto pressed = widgets::ERowKey::None;
     for (std::size_t column = 0; column < columns; ++column) {
-        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected, key);
+        hovered |= drawCell(table, viewRow, column, cellText(row, column), selected, pressed);
         ImGui::NextColumn();
     }
+    const widgets::ERowKey key = events.byKeys ? pressed : widgets::ERowKey::None;
     if ((hovered && ImGui::IsMouseDoubleClicked(0)) || key == widgets::ERowKey::Act)
         events.doubleClicked = table.m_selectedRow = viewRow;
     const bool wantsMenu = (hovered && ImGui::IsMouseClicked(1, false)) || key == widgets::ERowKey::Menu;
@@ -69,9 +71,9 @@ void drawRow(Table& table, const std::vector<std::string>& row, std::size_t view
 }
 
 /// Draws the rows that are in view.
-RowEvents drawRows(const ItemTable& item, std::size_t columns)
+RowEvents drawRows(const ItemTable& item, std::size_t columns, bool byKeys)
 {
-    RowEvents events;
+    RowEvents events{byKeys};
     widgets::forEachVisibleRow(item.rows.size(), item.lines, [&](std::size_t viewRow) {
         drawRow(*item.table, item.rows[viewRow], viewRow, columns, events);
     });
@@ -140,7 +142,7 @@ std::size_t Render::drawTableColumns(unsigned slot, Table& table)
     ItemTable* item = tableItem(slot, table);
     if (!item)
         return NO_INDEX;
-    const RowEvents events = drawRows(*item, count);
+    const RowEvents events = drawRows(*item, count, options.rowKeys);
     if (events.rightClicked != NO_INDEX)
         openMenu(*item, events.rightClicked);
     return events.doubleClicked < item->rows.size() ? events.doubleClicked : NO_INDEX;

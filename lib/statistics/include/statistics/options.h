@@ -26,6 +26,9 @@ struct Options {
     /// aren't flagged (`DiffTable::setTolerance`). Texts are compared exactly. Negative ones and NaN count as
     /// 0.
     float compareTolerance = 0;
+    /// Where the host lets ImGui navigate by keys, Enter on a row of a table with a key column is a double
+    /// click; with Shift, or the menu key from ImGui 1.87 on, a right click.
+    bool rowKeys = false;
 };
 
 } // namespace statistics
