@@ -84,7 +84,7 @@ TEST_F(History, isOfTheCounterThatStandsThereNow)
     EXPECT_EQ(past(self), Samples());
 }
 
-TEST_F(History, thatIsEndlessEndsAtItsBound)
+TEST_F(History, thatIsEndlessEndsAtItsBoundAndGoesOnForEver)
 {
     const unsigned id = addCount("Count");
     for (const std::size_t samples : {std::size_t{1000000000}, std::numeric_limits<std::size_t>::max()}) {
@@ -93,6 +93,10 @@ TEST_F(History, thatIsEndlessEndsAtItsBound)
         sample();
     }
     EXPECT_EQ(past(id), (Samples{1, 2}));
+    keep(1);
+    for (int lap = 0; lap < 65535; ++lap)
+        sample();
+    EXPECT_EQ(past(id), Samples{65537});
 }
 
 /// Counters of three periods come and go while the size changes, against one list for each.

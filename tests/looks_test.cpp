@@ -78,9 +78,9 @@ TEST_F(Looks, theLimitThatTheLastSampleCrossedStandsOut)
     add("Limited", limited(10u, 20u, [&] { return value; }));
     const auto shownHigh = [&] {
         Lines texts;
-        for (const char* limit : {"10", "20"})
-            if (ui.text(limit).color == kHigh)
-                texts.emplace_back(limit);
+        for (const test::Text& text : ui.read().texts)
+            if (text.color == kHigh)
+                texts.push_back(text.text);
         return texts;
     };
     show();
