@@ -45,7 +45,8 @@ public:
         /// Lack of memory leaves `object` where it is.
         explicit Owner(std::unique_ptr<T>&& object)
         {
-            takeRoom();
+            if (object)
+                takeRoom();
             m_object = std::move(object);
         }
         Owner(Owner&& other) noexcept = default;
@@ -59,7 +60,7 @@ public:
         T* get() const { return m_object.get(); }
         T& operator*() const { return *m_object; }
         T* operator->() const { return m_object.get(); }
-        /// False once it was moved from.
+        /// False if it owns nothing, such as once it was moved from.
         explicit operator bool() const { return m_object != nullptr; }
 
     private:

@@ -83,8 +83,9 @@ struct ItemCounter {
 
     void printLimits()
     {
-        limits = std::make_unique<ShownLimits>();
-        limits->texts = LimitTexts(counter->min, counter->max, counter->limitFormat);
+        auto printed = std::make_unique<ShownLimits>();
+        printed->texts = LimitTexts(counter->min, counter->max, counter->limitFormat);
+        limits = std::move(printed);
     }
     /// A counter that gets limits later shows them from its next sample on.
     bool showsLimits() const { return counter->hasLimits && limits; }

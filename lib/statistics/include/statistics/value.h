@@ -55,7 +55,19 @@ public:
     /// the signed 64-bit range on the way to unsigned, so -1.5 reads as 4294967295); NaN reads as zero.
     int toInt() const;
     unsigned int toUInt() const;
-    float toFloat() const;
+    float toFloat() const
+    {
+        switch (m_type) {
+        case ECounterType::Int:
+            return static_cast<float>(m_number.asInt);
+        case ECounterType::UInt:
+            return static_cast<float>(m_number.asUInt);
+        case ECounterType::Decimal:
+            return m_number.asFloat;
+        default:
+            return 0.0f;
+        }
+    }
 
     /// The value as text. A null `format` gives the default print: all digits of an integer, three decimals
     /// of a `Decimal` (with a point, whatever the locale), the text of a `String`, "---" for `Empty`.
@@ -109,19 +121,5 @@ private:
     Number m_number{0};
     ECounterType m_type = ECounterType::Empty;
 };
-
-inline float CounterValue::toFloat() const
-{
-    switch (m_type) {
-    case ECounterType::Int:
-        return static_cast<float>(m_number.asInt);
-    case ECounterType::UInt:
-        return static_cast<float>(m_number.asUInt);
-    case ECounterType::Decimal:
-        return m_number.asFloat;
-    default:
-        return 0.0f;
-    }
-}
 
 } // namespace statistics
