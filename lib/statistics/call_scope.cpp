@@ -31,8 +31,9 @@ void CallScope::destroyRetired() noexcept
     if (!s_waiting)
         return;
     // Destructors of host objects may remove more items, which come last: go on until nothing is left.
-    for (std::size_t index = 0; index < s_waiting->size(); ++index) {
-        const Waiting waiting = (*s_waiting)[index];
+    std::size_t next = 0;
+    while (next < s_waiting->size()) {
+        const Waiting waiting = (*s_waiting)[next++];
         waiting.destroy(waiting.object);
     }
     s_waiting->clear();

@@ -57,16 +57,11 @@ public:
     unsigned int toUInt() const;
     float toFloat() const
     {
-        switch (m_type) {
-        case ECounterType::Int:
-            return static_cast<float>(m_number.asInt);
-        case ECounterType::UInt:
-            return static_cast<float>(m_number.asUInt);
-        case ECounterType::Decimal:
+        if (isDecimal())
             return m_number.asFloat;
-        default:
-            return 0.0f;
-        }
+        if (isInt())
+            return static_cast<float>(m_number.asInt);
+        return isUInt() ? static_cast<float>(m_number.asUInt) : 0.0f;
     }
 
     /// The value as text. A null `format` gives the default print: all digits of an integer, three decimals
