@@ -1,5 +1,5 @@
 // A host for a real server: three counters and a text, until it is ended or a minute has passed.
-// usage: host --metrics [ADDRESS:]PORT --label NAME=VALUE [--overload] [--counters COUNT]
+// usage: host --metrics [ADDRESS:]PORT --label NAME=VALUE [--overload]
 // It tells the port that it listens on. SIGUSR1 removes the counter "Jobs/Temporary".
 
 #include <statistics/prometheus.h>
@@ -29,7 +29,6 @@ volatile std::sig_atomic_t s_removalWanted = 0;
 struct Settings {
     statistics::PrometheusOptions exporter;
     bool overload = false;
-    int counters = 0;
 };
 
 Settings readArguments(int count, char** texts)
@@ -45,8 +44,6 @@ Settings readArguments(int count, char** texts)
         const std::string value = ++index < count ? texts[index] : "";
         if (name == "--metrics")
             settings.exporter.address = value;
-        else if (name == "--counters")
-            settings.counters = std::stoi(value);
         else
             settings.exporter.labels[value.substr(0, value.find('='))] = value.substr(value.find('=') + 1);
     }
@@ -59,7 +56,7 @@ void addLimited(const std::string& name, unsigned group, Counter::Getter getter)
         name, std::make_unique<Counter>(0.f, kSlowest, std::move(getter), "%.1f", "%.1f"), 1, group);
 }
 
-void addCounters(const Settings& settings, const float& milliseconds, const int& frame)
+void addCounters(const float& milliseconds, const int& frame)
 {
     System& system = *System::instance();
     const unsigned frames = system.createLabel("Frame");
@@ -71,10 +68,6 @@ void addCounters(const Settings& settings, const float& milliseconds, const int&
                              return CounterValue(std::string("up \"and\" running\\\n"));
                          }),
                          1, jobs);
-    for (int index = 0; index < settings.counters; ++index)
-        addLimited("Counter " + std::to_string(index), jobs, [&, index] {
-            return CounterValue(milliseconds + static_cast<float>(frame % (index + 1)));
-        });
 }
 
 } // namespace
@@ -86,7 +79,7 @@ int main(int argc, char** argv)
     System::initialize();
     int frame = 0;
     float milliseconds = 0;
-    addCounters(settings, milliseconds, frame);
+    addCounters(milliseconds, frame);
     statistics::PrometheusExporter exporter(settings.exporter);
     std::printf("%u\n", exporter.port());
     std::fflush(stdout);
