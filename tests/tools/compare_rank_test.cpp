@@ -72,7 +72,6 @@ TEST(RankTest, knowsHowClearItCanBe)
     std::vector<double> above(20);
     std::iota(above.begin(), above.end(), 100);
     EXPECT_NEAR(RankTest::leastProbability(20, 20), probability(below, above), 1e-15);
-    EXPECT_GT(RankTest::leastProbability(1000, 1000), -1e-15);
 }
 
 TEST(Summary, givesMedianAndSpread)
