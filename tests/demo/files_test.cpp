@@ -33,7 +33,8 @@ std::string problemOf(const std::string& path)
 TEST(UsersFile, isReadOnlyIfItIsOne)
 {
     const test::TempDir dir;
-    dir.write("large", std::string(1025, ' '));
+    dir.write("largest", std::string(1024, ' '));
+    dir.write("too large", std::string(1025, ' '));
     dir.write("secret", "");
     dir.protect("secret", 0);
     fs::create_symlink(dir("nothing"), dir("dangling"));
@@ -41,7 +42,8 @@ TEST(UsersFile, isReadOnlyIfItIsOne)
     ASSERT_EQ(mkfifo(dir("pipe").c_str(), 0666), 0);
 
     const test::Unprivileged user;
-    EXPECT_EQ(problemOf(dir("large")), "is larger than 1 KiB");
+    EXPECT_EQ(problemOf(dir("largest")), "");
+    EXPECT_EQ(problemOf(dir("too large")), "is larger than 1 KiB");
     EXPECT_EQ(problemOf(dir("secret")), "can't be read: Permission denied");
     EXPECT_EQ(problemOf(dir("dangling")), "is a link to nothing");
     EXPECT_EQ(problemOf(dir("endless")), "is no regular file");
@@ -134,20 +136,6 @@ protected:
     demo::Presets m_presets{m_dir("")};
 };
 
-TEST_F(PresetFolder, tellsWhyAFileIsNotTaken)
-{
-    fs::create_symlink("nothing", m_dir("battery.json"));
-    m_dir.write("desktop.json", R"({"limits": 3})");
-    m_presets.create();
-    EXPECT_EQ(textOf(0), "(battery.json is a link to nothing)");
-    EXPECT_EQ(textOf(1), "(desktop.json has no limits)");
-    EXPECT_EQ(textOf(2), "(as built in)");
-    EXPECT_EQ(m_presets.problems().size(), 2u);
-    EXPECT_TRUE(m_presets.isRefused("battery"));
-    EXPECT_FALSE(m_presets.isRefused("Stress"));
-    EXPECT_EQ(save(0), "(battery.json is a link to nothing)");
-}
-
 TEST_F(PresetFolder, thatCannotBeReadIsTold)
 {
     m_dir.protect("", 0);
@@ -161,13 +149,19 @@ TEST_F(PresetFolder, thatCannotBeReadIsTold)
     EXPECT_EQ(textOf(1), "(desktop.json can't be read: Permission denied)");
 }
 
-TEST_F(PresetFolder, keepsADamagedFileAside)
+TEST_F(PresetFolder, tellsOfWhatItDoesNotTakeAndKeepsItAside)
 {
     m_dir.write("battery.json", "{ damaged");
+    fs::create_symlink("nothing", m_dir("desktop.json"));
     m_dir.write("battery.json.bak", "damaged before");
     m_dir.write("stress.json", R"({"note": "mine", "limits": {"other": {"min": 0, "max": 1}}})");
     m_presets.create();
+    EXPECT_EQ(textOf(0), "(battery.json is damaged in line 1)");
+    EXPECT_EQ(m_presets.problems().size(), 2u);
+    EXPECT_TRUE(m_presets.isRefused("battery"));
+    EXPECT_FALSE(m_presets.isRefused("Stress"));
     EXPECT_EQ(save(0), "(saved as battery.json)");
+    EXPECT_EQ(save(1), "(desktop.json is a link to nothing)");
     EXPECT_EQ(save(2), "(saved as stress.json)");
     EXPECT_EQ(m_dir.read("battery.json.bak2"), "{ damaged");
     EXPECT_EQ(m_dir.read("battery.json.bak"), "damaged before");

@@ -88,19 +88,30 @@ TEST(Mappings, mayBeLargerThan32BitsTell)
     EXPECT_EQ(demo::toCount(5e9).toUInt(), 4294967295u);
 }
 
+TEST(Rates, areOfTheTimeSinceTheLastReading)
+{
+    demo::Rate rate;
+    EXPECT_FALSE(rate.perSecond(10, 100));
+    EXPECT_EQ(rate.perSecond(30, 110), 2);
+}
+
 TEST(Processors, areAllShownThoughOneIsOffline)
 {
     const test::TempDir dir;
-    dir.write("stat", "cpu 9 0 0 9\ncpu0 1 0 0 9\ncpu2 8 0 0 2\nctxt 5\n");
+    dir.write("stat", "cpu 9 0 0 9\ncpu0 1 0 0 9 4 0 0 0 1\ncpu2 8 0 0 2\nctxt 5\n");
     demo::MachineProbe probe(dir(""));
     probe.read();
-    dir.write("stat", "cpu 9 0 0 9\ncpu0 2 0 0 12\ncpu2 9 0 0 2\nctxt 5\n");
+    // Waiting is no work, and what guests take is part of the first number.
+    dir.write("stat", "cpu 9 0 0 9\ncpu0 2 0 0 10 6 0 0 0 9\ncpu2 9 0 0 2\nctxt 5\n");
     probe.read();
     const auto& processors = probe.reading().processors;
     ASSERT_EQ(processors.size(), 3u);
     EXPECT_EQ(processors[0].toFloat(), 25);
     EXPECT_TRUE(processors[1].isEmpty());
     EXPECT_EQ(processors[2].toFloat(), 100);
+    dir.write("stat", "cpu 9 0 0 9\ncpu0 2 0 0 12\nctxt 5\n");
+    probe.read();
+    EXPECT_TRUE(processors[2].isEmpty());
 }
 
 TEST(Workers, areFewerWhereNoThreadCanBeStarted)

@@ -96,7 +96,7 @@ TEST(ShownText, isOneLineOfBoundedLength)
     EXPECT_EQ(texts::bounded("ab\xc3\xa4", 3), "ab... (4 characters)"); // no half of a character
 }
 
-TEST(TaskStat, readsNamesWithBlanksAndParentheses)
+TEST(TaskStat, isReadWhateverTheNameUnlessTheTaskEndedMeanwhile)
 {
     const std::string numbers = " S 1 1 1 0 -1 0 0 0 0 0 150 50 0 0 20 -5 7 0 100 4096000 250 0";
     const auto stat = demo::parseTaskStat("42 (a) b (c)" + numbers);
@@ -107,10 +107,6 @@ TEST(TaskStat, readsNamesWithBlanksAndParentheses)
     EXPECT_EQ(stat->threads, 7);
     EXPECT_GT(stat->processorSeconds, 0);
     EXPECT_GT(stat->residentMiB, 0);
-}
-
-TEST(TaskStat, isNothingForATaskThatEndedMeanwhile)
-{
     for (const char* text : {"", "42 (name", "42 (name)", "42 (name) S 1 1"})
         EXPECT_FALSE(demo::parseTaskStat(text)) << text;
 }
