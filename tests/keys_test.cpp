@@ -49,8 +49,13 @@ TEST_F(Keys, aloneOpenChooseSortActAndFilter)
     EXPECT_EQ(noted, (test::Indices{497, 1497}));
     for (int step = 3; step <= 100; ++step)
         ui.pressKey(ImGuiKey_DownArrow);
+    ui.moveTo("row 1400");
+    ui.wheel(0, -100); // the keyboard stays where it is
     ui.pressKey(ImGuiKey_Space);
     EXPECT_EQ(table.m_selectedRow, 100u);
+    ui.wheel(0, -100);
+    ui.pressKey(ImGuiKey_DownArrow);
+    EXPECT_TRUE(ui.read().contains("row 1398"));
 
     ui.pressKey(ImGuiKey_End);
     ui.walk(ImGuiKey_UpArrow, "group");

@@ -54,6 +54,15 @@ VisibleRows::Range VisibleRows::rangeAt(float top, float bottom) const
     return top > bottom ? Range() : Range{rowAt(top - m_start), rowAt(bottom - m_start) + 1};
 }
 
+/// With the rows next to it, which a key may lead to.
+VisibleRows::Range VisibleRows::rangeAround(const ImRect& place) const
+{
+    const Range range = rangeAt(place.Min.y, place.Max.y);
+    if (range.end == 0)
+        return range;
+    return {range.begin - std::min<std::size_t>(range.begin, 1), std::min(range.end + 1, m_count)};
+}
+
 std::array<VisibleRows::Range, 5> VisibleRows::ranges() const
 {
     const ImGuiContext& context = *ImGui::GetCurrentContext();
@@ -63,23 +72,17 @@ std::array<VisibleRows::Range, 5> VisibleRows::ranges() const
     // Where the host's spacing lets rows run upwards, nothing tells which of them are in view.
     if (context.LogEnabled || m_rowHeight <= 0.0f)
         return {Range{0, m_count}};
-    Range inView = rangeAt(window->ClipRect.Min.y, window->ClipRect.Max.y);
-    std::array<Range, 5> ranges{};
+    std::array<Range, 5> ranges{rangeAt(window->ClipRect.Min.y, window->ClipRect.Max.y)};
     if (isNavigationSearching(context, *window)) {
-        if (context.NavMoveClipDir == ImGuiDir_Up && inView.begin > 0)
-            --inView.begin;
-        if (context.NavMoveClipDir == ImGuiDir_Down)
-            inView.end = std::min(inView.end + 1, m_count);
-        ranges[1] = rangeAt(context.NavScoringRect.Min.y, context.NavScoringRect.Max.y);
-        ranges[2] = rangeAt(context.NavScoringNoClipRect.Min.y, context.NavScoringNoClipRect.Max.y);
+        ranges[0] = rangeAround(window->ClipRect);
+        ranges[1] = rangeAround(context.NavScoringRect);
+        ranges[2] = rangeAround(context.NavScoringNoClipRect);
         if (context.NavTabbingDir == -1)
             ranges[3] = {m_count - 1, m_count};
     }
     if (context.NavId != 0 && window->NavLastIds[0] == context.NavId) {
-        const ImRect focused = ImGui::WindowRectRelToAbs(window, window->NavRectRel[0]);
-        ranges[4] = rangeAt(focused.Min.y, focused.Max.y);
+        ranges[4] = rangeAround(ImGui::WindowRectRelToAbs(window, window->NavRectRel[0]));
     }
-    ranges[0] = inView;
     std::sort(ranges.begin(), ranges.end(), [](const Range& a, const Range& b) { return a.begin < b.begin; });
     return ranges;
 }

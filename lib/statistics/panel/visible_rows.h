@@ -6,6 +6,8 @@
 #include <array>
 #include <cstddef>
 
+struct ImRect;
+
 namespace statistics::widgets {
 
 /// Rows of text that stand one below the other from the cursor on, each as high as its lines. Those that
@@ -29,6 +31,7 @@ private:
     float top(std::size_t row) const;
     std::size_t rowAt(float offset) const;
     Range rangeAt(float top, float bottom) const;
+    Range rangeAround(const ImRect& place) const;
 
     std::size_t m_count;
     const RowLines& m_lines;
