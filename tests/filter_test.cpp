@@ -112,7 +112,8 @@ TEST_F(Filtering, takesAnyBytes)
 TEST_F(Filtering, showsWhatLeadsToAMatchOpenedAndLeavesTheRest)
 {
     show();
-    ui.click("Disk");
+    for (const char* node : {"Disk", "Net", "Net"})
+        ui.click(node);
     const Lines before = shown();
     EXPECT_EQ(before, (Lines{"Disk", "read", "write", "Net", "CPU"}));
     EXPECT_EQ(shownWith("errors"), (Lines{"Net", "eth0", "Read errors"}));
@@ -183,15 +184,17 @@ TEST_F(Filtering, remembersNoLineThatIsLeftOut)
 TEST_F(Filtering, measuresThousandsOfLinesFrameByFrame)
 {
     for (int i = 0; i < 10000; ++i)
-        add("long/" + std::string(i % 7 ? "" : "taller\n") + "line " + std::to_string(i));
-    add("long/line " + std::string(300, 'w'));
+        add("long/" + std::string(i % 7 ? "" : "taller\n") + "line " +
+            (i == 9900 ? std::string(300, 'w') : std::to_string(i)));
+    show(); // at first ImGui sees to every line
     shownWith("line");
     const ImGuiWindow& window = *ImGui::FindWindowByName("Statistics");
+    EXPECT_LT(window.ContentSize.x, 2100.0f); // not all of them at once
     const float height = window.ContentSize.y;
     ui.frames(10);
     const ImVec2 settled = window.ContentSize;
     EXPECT_EQ(settled.y, height);
-    EXPECT_GT(settled.x, 2100.0f); // the widest line is the last one
+    EXPECT_GT(settled.x, 2100.0f); // the widest line is one of the last
 }
 
 TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)

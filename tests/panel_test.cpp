@@ -160,9 +160,10 @@ TEST_F(PanelTest, hasTheSizeThatSettingsOrHostGive)
 /// Lines of all kinds, some of them open, one wider than the window, one whose value changes its height.
 class LongPanel : public PanelTest {
 protected:
+    using Extent = std::pair<float, float>;
     struct Look {
         std::set<std::tuple<std::string, long, long>> places; // text, x, y in the contents
-        ImVec2 extent;
+        Extent extent;
     };
 
     LongPanel()
@@ -182,9 +183,9 @@ protected:
                 TestAccess::tree().addChild(TestAccess::render().createCheckbox(name + number, {}), group);
         }
         const unsigned rows =
-            statistics::table("rows", 0, getItemIndex("group 0"), [this] { return tall ? 5 : 1; });
+            statistics::table("rows", 0, getItemIndex("group 0"), [this] { return tall ? 25 : 20; });
         system().getTable(rows)->addColumn(
-            "column", [](std::size_t) { return CounterValue("cell"); }, 0.5f);
+            "column", [](auto row) { return CounterValue("cell " + std::to_string(row)); }, 0.5f);
         sample();
         fixHeight(5000); // all of it
         for (int i = 0; i < 60; i += 3)
@@ -193,10 +194,11 @@ protected:
     }
 
     static const ImGuiWindow& window() { return *ImGui::FindWindowByName("Statistics"); }
+    static Extent extent() { return {window().ContentSize.x, window().ContentSize.y}; }
 
     Look look()
     {
-        Look seen = {{}, window().ContentSize};
+        Look seen = {{}, extent()};
         for (const test::Text& text : ui.read().texts)
             seen.places.emplace(text.text, std::lround(text.min.x),
                                 std::lround(text.center().y - window().DC.CursorStartPos.y));
@@ -217,8 +219,7 @@ protected:
         };
         EXPECT_GT(inView(whole).size(), 5u);
         EXPECT_EQ(inView(look()), inView(whole)) << "scrolled to " << window().Scroll.y;
-        EXPECT_EQ(window().ContentSize.x, whole.extent.x);
-        EXPECT_EQ(window().ContentSize.y, whole.extent.y);
+        EXPECT_EQ(extent(), whole.extent);
     }
 
     bool tall = false;
@@ -239,39 +240,27 @@ TEST_F(LongPanel, scrollsAndAnswersClicksAsIfEachLineWereDrawn)
     EXPECT_EQ(ui.text("leaf 58").line, ui.text("group 58").line + 1);
 }
 
-TEST_F(LongPanel, followsLinesThatComeAndGoOutOfView)
-{
-    const unsigned group = getItemIndex("group 0");
-    for (const char* leaf : {"leaf 0", "sub 0", "plain 0", "limited 0", "box 0", "odd ## box 0"})
-        system().removeItem(getItemIndex((std::string("group 0/") + leaf).c_str()));
-    fixHeight(300);
-    ui.moveTo(ui.window("Statistics").center());
-    ui.wheel(0, -10);
-    label("three\nnew\nlines", group); // with the id of a line that was lower
-    system().removeItem(getItemIndex("group 3/plain 3"));
-    system().removeItem(1); // the widest
-    ui.frames(3);
-    const ImVec2 extent = window().ContentSize;
-    fixHeight(5000);
-    EXPECT_TRUE(ui.read().contains("new"));
-    EXPECT_EQ(extent.x, window().ContentSize.x);
-    EXPECT_EQ(extent.y, window().ContentSize.y);
-}
-
-TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
+TEST_F(LongPanel, followsLinesTextsLimitsFontAndStyleOutOfView)
 {
     std::string text = "short";
     add("grows", Counter([&] { return CounterValue(text); }));
     add("limits", {0, 1, [] { return 0; }, "", "%.60f\n\n"});
+    TestAccess::tree().addChild(TestAccess::render().createCheckbox(std::string(50, 'b'), {}), 0);
     system().createPreset("far", {{"", {0, 1e30f}}});
     sample();
     ImGuiStyle& style = ImGui::GetStyle();
     const std::function<void()> changes[] = {
-        [&] { system().choosePreset(0); }, // first, while nothing else is as wide
+        [&] { system().removeItem(1); },   // the widest
+        [&] { system().choosePreset(0); }, // while nothing else is as wide
+        [&] { system().removeItem(getItemIndex("group 57/plain 57")); },
+        [&] { label("three\nnew\nlines", getItemIndex("group 57")); }, // with the id of a lower one
+        [&] { system().openNode(getItemIndex("group 57"), false); },
         [&] { text = std::string(300, 'w'); },
         [&] { text = std::string(250, 'i'); },
         [&] { tall = true; },
         [&] { tall = false; },
+        [&] { style.IndentSpacing = 50; },
+        [&] { style.ItemInnerSpacing.x = 2000; },
         [&] { style.ItemSpacing.y = 9; },
         [&] { style.FramePadding.y = 7; },
         [&] { ImGui::GetIO().FontGlobalScale = 2; }};
@@ -282,10 +271,9 @@ TEST_F(LongPanel, followsTextsFontStyleAndLimitsOutOfView)
         change();
         sample();
         ui.frames(3);
-        const ImVec2 skipped = window().ContentSize;
+        const Extent skipped = extent();
         fixHeight(9000);
-        EXPECT_EQ(skipped.x, window().ContentSize.x) << "change " << &change - changes;
-        EXPECT_EQ(skipped.y, window().ContentSize.y) << "change " << &change - changes;
+        EXPECT_EQ(skipped, extent()) << "change " << &change - changes;
     }
 }
 
@@ -299,7 +287,7 @@ TEST_F(LongPanel, isLoggedWholeAndLooksAsBefore)
         ImGui::LogFinish();
     });
     ui.frame();
-    for (const char* text : {"end", "deep 0", "deep 57", "plain 59", "57 in a bar"})
+    for (const char* text : {"end", "cell 19", "deep 57", "plain 59", "57 in a bar"})
         EXPECT_NE(ui.clipboard().find(text), std::string::npos) << text;
     fixHeight(300);
     expectSameAs(whole);
@@ -308,13 +296,16 @@ TEST_F(LongPanel, isLoggedWholeAndLooksAsBefore)
 /// A host's own window, without anything of the library, shows where each key leads.
 TEST_F(PanelTest, movesByTheKeyboardAsAPlainWindowDoes)
 {
-    constexpr int kLines = 200;
+    constexpr int kLines = 210;
     constexpr int kGroup = 40; // every so many lines one can be opened
     for (int i = 0; i < kLines; ++i) {
         const unsigned id = label(("line " + std::to_string(i)).c_str());
         if (i % kGroup == 10)
             label("leaf", id);
     }
+    const ImGuiKey keys[] = {ImGuiKey_DownArrow, ImGuiKey_DownArrow, ImGuiKey_UpArrow,
+                             ImGuiKey_PageDown,  ImGuiKey_PageDown,  ImGuiKey_End,
+                             ImGuiKey_PageUp,    ImGuiKey_Space,     ImGuiKey_Home};
     const auto plain = [] {
         ImGui::Begin("Plain");
         ImGui::TreePush("all");
@@ -322,8 +313,10 @@ TEST_F(PanelTest, movesByTheKeyboardAsAPlainWindowDoes)
             const std::string text = "line " + std::to_string(i);
             if (i % kGroup != 10)
                 ImGui::TextUnformatted(text.c_str());
-            else if (ImGui::TreeNode(text.c_str()))
+            else if (ImGui::TreeNode(text.c_str())) {
+                ImGui::TextUnformatted("leaf");
                 ImGui::TreePop();
+            }
         }
         ImGui::TreePop();
         ImGui::End();
@@ -337,14 +330,14 @@ TEST_F(PanelTest, movesByTheKeyboardAsAPlainWindowDoes)
         ui.frames(3);
         ui.click("line 10");
         ui.click("line 10");
-        std::vector<std::pair<long, long>> seen; // of the line under the keyboard, and of the scrolling
-        for (const ImGuiKey key :
-             {ImGuiKey_DownArrow, ImGuiKey_DownArrow, ImGuiKey_UpArrow, ImGuiKey_PageDown, ImGuiKey_PageDown,
-              ImGuiKey_End, ImGuiKey_PageUp, ImGuiKey_Home}) {
-            ui.pressKey(key);
+        std::vector<std::tuple<long, long, int>> seen; // focused line, scrolling, layers of navigation
+        for (std::size_t step = 0; step < 2 * std::size(keys); ++step) {
+            ui.wheel(0, step < std::size(keys) ? 0 : -1000); // to where nothing can be opened
+            ui.pressKey(keys[step % std::size(keys)]);
             ui.frames(3);
             const ImGuiWindow& window = *ImGui::FindWindowByName(name);
-            seen.emplace_back(std::lround(window.NavRectRel[0].Min.y), std::lround(window.Scroll.y));
+            seen.emplace_back(std::lround(window.NavRectRel[0].Min.y), std::lround(window.Scroll.y),
+                              window.DC.NavLayersActiveMask);
         }
         return seen;
     };
