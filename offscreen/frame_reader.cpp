@@ -21,6 +21,8 @@ struct Shape {
     ImRect all = opaque;
     ImRect uv = opaque;
     ImU32 color = 0;
+    ImVec2 sum{0, 0}; ///< of the opaque corners of its triangles
+    float corners = 0;
     float area = 0; ///< of the opaque triangles, in square pixels
 };
 
@@ -33,9 +35,11 @@ void addTriangle(Shape& shape, const ImDrawVert& a, const ImDrawVert& b, const I
         if (corner->col & IM_COL32_A_MASK) {
             shape.opaque.Add(corner->pos);
             shape.color = corner->col;
+            shape.sum += corner->pos;
             ++opaqueCorners;
         }
     }
+    shape.corners += static_cast<float>(opaqueCorners);
     shape.area += opaqueCorners == 3 ? std::fabs(ImTriangleArea(a.pos, b.pos, c.pos)) : 0;
 }
 
@@ -172,7 +176,8 @@ private:
         ImRect seen((shape.opaque.Min + shape.all.Min) * 0.5f, (shape.opaque.Max + shape.all.Max) * 0.5f);
         seen.ClipWith(m_clip);
         if (seen.GetWidth() > 0 && seen.GetHeight() > 0)
-            (isRect ? m_frame.rects : m_frame.marks).push_back({seen.Min, seen.Max, shape.color});
+            (isRect ? m_frame.rects : m_frame.marks)
+                .push_back({seen.Min, seen.Max, shape.color, shape.sum / shape.corners});
     }
 
     /// Texts that overlap by more than half of their height share a line: frames shift theirs by some pixels.

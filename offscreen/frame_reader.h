@@ -20,6 +20,7 @@ namespace offscreen {
 struct Rect {
     ImVec2 min, max;
     ImU32 color;
+    ImVec2 middle = center(); ///< of its corners: an arrow has more of them at its back
 
     ImVec2 center() const { return {(min.x + max.x) / 2, (min.y + max.y) / 2}; }
     ImVec2 size() const { return {max.x - min.x, max.y - min.y}; }

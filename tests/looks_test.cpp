@@ -111,18 +111,14 @@ protected:
                 found.push_back(mark);
         return found;
     }
-    /// The headers that have one.
+    /// The headers that have one, which is wider above where it points down.
     Lines pointed()
     {
         Lines headers;
-        for (const char* header : {"Name", "Size"})
-            headers.insert(headers.end(), arrows(header).size(), header);
+        for (const std::string header : {"Name", "Size"})
+            for (const test::Rect& arrow : arrows(header))
+                headers.push_back(header + (arrow.middle.y < arrow.center().y ? " down" : " up"));
         return headers;
-    }
-    void turnOn()
-    {
-        setOption(&Options::sortArrows, true);
-        show();
     }
 };
 
@@ -130,11 +126,13 @@ TEST_F(SortArrows, standOnTheHeaderOfTheColumnThatIsSorted)
 {
     show();
     EXPECT_EQ(pointed(), Lines{});
-    turnOn();
-    EXPECT_EQ(pointed(), Lines{"Name"});
-    for (const char* first : {"beta | 3 B", "gamma | 1 B"}) {
+    setOption(&Options::sortArrows, true);
+    show();
+    EXPECT_EQ(pointed(), Lines{"Name up"});
+    for (const auto& [arrow, first] :
+         {std::pair("Size down", "beta | 3 B"), std::pair("Size up", "gamma | 1 B")}) {
         ui.click("Size");
-        EXPECT_EQ(pointed(), Lines{"Size"});
+        EXPECT_EQ(pointed(), Lines{arrow});
         EXPECT_EQ(lines()[1], first);
     }
 }
@@ -143,7 +141,9 @@ TEST_F(SortArrows, standBehindTheCaptionAndCutALongOne)
 {
     table.addColumn(
         "Much longer than wide", [](auto) { return CounterValue(); }, 0.1f);
-    turnOn();
+    table.m_header[0].widthFraction = 60 / 850.0f; // just enough for both
+    setOption(&Options::sortArrows, true);
+    show();
     EXPECT_GT(arrows("Name").at(0).min.x, ui.text("Name").max.x);
     table.sort(2, true);
     show();
