@@ -64,7 +64,7 @@ protected:
     void type(const std::string& text)
     {
         ImGui::GetIO().AddInputCharactersUTF8(text.c_str());
-        ui.frames(2);
+        ui.frame();
     }
     void showLine()
     {
@@ -160,6 +160,8 @@ TEST_F(Filtering, leavesPresetsAndSnapshotsAsTheyAre)
     system().createPreset("preset", {});
     ASSERT_TRUE(system().createStatsAnalyzer(testing::TempDir() + "no such root", "run", {}));
     EXPECT_EQ(shownWith("cpu"), (Lines{"Presets", "CPU", "Diff"}));
+    ui.click("Diff");
+    EXPECT_EQ(shownWith("").back(), "Clear tree"); // open as the user left it
 }
 
 TEST_F(Filtering, remembersNoLineThatIsLeftOut)
@@ -204,8 +206,7 @@ TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
     const auto begin = [&] { ui.click({ui.text("Clear").min.x - 60, ui.text("Clear").center().y}); };
     begin();
     type("READ");
-    EXPECT_EQ(system().filter(), "READ");
-    EXPECT_EQ(ui.read().lines()[1], "READ | Clear | 2 matches");
+    EXPECT_TRUE(ui.read().contains("2 matches")) << "in the same frame";
     EXPECT_EQ(shown().size(), 6u);
     type(" Disk");
     EXPECT_EQ(ui.read().lines()[1], "READ Disk | Clear | 1 match");

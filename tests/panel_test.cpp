@@ -139,6 +139,15 @@ TEST_F(PanelTest, collapsesAndCloses)
     }
 }
 
+TEST_F(PanelTest, isDrawnInsideAFrameAlone)
+{
+    test::Reports reports;
+    system().draw();
+    ImGui::SetCurrentContext(nullptr);
+    system().draw();
+    EXPECT_EQ(reports.take(), (Lines{"widgets::isInsideFrame()", "ImGui::GetCurrentContext()"}));
+}
+
 TEST_F(PanelTest, firstAppearsWideEnoughForATableWithoutBackground)
 {
     ui.frames(2);

@@ -65,7 +65,7 @@ protected:
     }
     void dropAll() const
     {
-        model->m_header.clear();
+        std::vector<statistics::TableColumn>().swap(model->m_header); // with its memory
         model->m_rowActions.clear();
         model->m_defaultAction = nullptr;
     }
@@ -326,6 +326,8 @@ TEST_F(TableFunctors, ofACopiedClipboardEntryActOnItsOwnTableWhileThatLives)
     table.runAction(0, 1); // of data row 0
     EXPECT_EQ(ui.clipboard(), "uno\t5 B");
     table.runAction(0, 0); // of data row 2, which the other hasn't got
+    ImGui::SetCurrentContext(nullptr);
+    table.runAction(0, 1); // to no clipboard
     system().removeItem(other);
     table.runAction(0, 1);
     const auto entry = table.m_rowActions[0].action;
