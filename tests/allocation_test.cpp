@@ -74,6 +74,11 @@ TEST_F(SteadyFrame, AllocatesNothing)
     ui.frames(100);
     EXPECT_EQ(allocated, 0u);
 
+    const std::size_t inView = test::liveAllocations();
+    ui.click("group");
+    ui.frames(10);
+    EXPECT_LT(test::liveAllocations(), inView - 10) << "what a dozen bars kept";
+
     setOption(&Options::filter, true);
     system.setFilter("a counter with a long name -17");
     ui.frames(120);

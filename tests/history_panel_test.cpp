@@ -16,6 +16,7 @@ class HistoryPanel : public test::CounterPanel {
 protected:
     static constexpr float kPlotWidth = 300;
     static constexpr float kPlotHeight = 90;
+    static constexpr ImU32 kOutside = IM_COL32(245, 48, 48, 255);
 
     void give(const std::vector<CounterValue>& values)
     {
@@ -99,6 +100,7 @@ TEST_F(HistoryPanel, showsPathNumbersAndSpanInTheCountersOwnFormat)
 TEST_F(HistoryPanel, tellsTheTimeThatTheSamplesSpan)
 {
     const unsigned id = add("Count", counter(), 0, 0.5f);
+    add("Once", Counter([] { return 4; }), 0, INFINITY);
     keep(100);
     value = 3;
     show();
@@ -106,6 +108,7 @@ TEST_F(HistoryPanel, tellsTheTimeThatTheSamplesSpan)
     for (int times = 0; times < 9; ++times)
         system().updateNode(id);
     EXPECT_EQ(pointAt("3").at(1), "10 samples over 5");
+    EXPECT_EQ(pointAt("4").at(1), "1 sample");
 }
 
 TEST_F(HistoryPanel, saysWhatAPlotCannotShow)
@@ -151,14 +154,13 @@ TEST_F(HistoryPanel, marksWhatIsOutsideTheLimitsAndNothingOnThem)
 {
     add("Value", {0, 10, [this] { return value; }, "%d items", ""});
     keep(10);
-    const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 1});
     give({0, 10, 10, 0});
     pointAt("0 items");
-    const auto reach = [&] { return bounds(outside).max.y - bounds(outside).min.y; };
+    const auto reach = [&] { return bounds(kOutside).max.y - bounds(kOutside).min.y; };
     EXPECT_LE(reach(), 0);
     give({20, 5});
     ui.frames(2);
-    EXPECT_NEAR(bounds(outside).min.y, plot().min.y, 3);
+    EXPECT_NEAR(bounds(kOutside).min.y, plot().min.y, 3);
     const ImU32 tint = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 0.15f});
     const auto colorAt = [&](float part) {
         const test::Rect area = plot();
@@ -199,16 +201,16 @@ TEST_F(HistoryPanel, leavesOutALimitThatWouldFlattenTheSamples)
         const unsigned id = add("Value", limited(min, max, [this] { return value; }));
         give({40.0f, 60.0f, 40.0f, 41.0f});
         EXPECT_EQ(pointAt("41.000").back(), limits);
-        const ImU32 outside = ImGui::ColorConvertFloat4ToU32({0.96f, 0.19f, 0.19f, 1});
-        const ImU32 drawn = max < 0 ? outside : color(ImGuiCol_PlotLines);
+        const ImU32 drawn = max < 0 ? kOutside : color(ImGuiCol_PlotLines);
         EXPECT_NEAR(bounds(drawn).size().y, height, 2) << limits;
+        EXPECT_NEAR(bounds(drawn).max.x, plot().max.x, 3) << limits;
         system().removeItem(id);
     }
 }
 
 TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)
 {
-    add("Value", limited(0.0f, 100.0f, [this] { return value; }));
+    const unsigned id = add("Value", limited(0.0f, 100.0f, [this] { return value; }));
     const auto marks = [&] {
         const test::Text lower = ui.text("0.000");
         std::vector<float> places;
@@ -222,9 +224,12 @@ TEST_F(HistoryPanel, marksLowestAndHighestInTheBar)
     keep(3);
     give({20.0f, 80.0f, 50.0f});
     EXPECT_EQ(marks(), (std::vector<float>{20, 80}));
-    give({50.0f, 500.0f});
+    system().removeItem(id);
+    add("Next", limited(0.0f, 100.0f, [this] { return value; }));
+    give({50.0f, 500.0f, INFINITY});
     EXPECT_EQ(marks(), (std::vector<float>{50, 100}));
-    give({NAN, NAN, NAN});
+    keep(2); // and with the next sample as many as have been
+    give({NAN});
     EXPECT_EQ(marks(), std::vector<float>());
 }
 

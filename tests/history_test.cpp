@@ -94,8 +94,11 @@ TEST_F(History, thatIsEndlessEndsAtItsBoundAndGoesOnForEver)
     }
     EXPECT_EQ(past(id), (Samples{1, 2}));
     keep(1);
-    for (int lap = 0; lap < 65535; ++lap)
+    statistics::PastRanges ranges;
+    for (int lap = 0; lap < 65535; ++lap) {
         sample();
+        ASSERT_EQ(ranges.range(0, statistics::TestAccess::render().history.past(0)).lowest, count);
+    }
     EXPECT_EQ(past(id), Samples{65537});
 }
 
