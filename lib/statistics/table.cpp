@@ -26,8 +26,8 @@ Getter& pinnedGetter(const TableColumn& column)
     return pin(const_cast<TableColumn&>(column).getter);
 }
 
-/// The getter of one column, found afresh when columns have come or a getter has gone since the last call:
-/// finding it for every value of a sort would cost as much as the rest of it.
+/// The getter of one column, found afresh when a getter has gone since the last call: finding it for every
+/// value of a sort would cost as much as the rest of it.
 class ColumnGetter {
 public:
     ColumnGetter(const std::vector<TableColumn>& header, std::size_t column)
@@ -38,7 +38,7 @@ public:
     /// `Empty` for a column that has gone. Runs the getter.
     CounterValue operator()(std::size_t row)
     {
-        if (m_end != m_header.end() || m_released != Pinned<Getter>::released())
+        if (m_released != Pinned<Getter>::released())
             find();
         return (*m_getter)(row);
     }
@@ -48,14 +48,12 @@ private:
     {
         static const Getter gone = [](std::size_t) { return CounterValue(); };
         m_getter = m_column < m_header.size() ? &pinnedGetter(m_header[m_column]) : &gone;
-        m_end = m_header.end();
         m_released = Pinned<Getter>::released();
     }
 
     const std::vector<TableColumn>& m_header;
     const std::size_t m_column;
     const Getter* m_getter = nullptr;
-    std::vector<TableColumn>::const_iterator m_end;
     std::size_t m_released = NO_INDEX; ///< at first no number that there is: the getter is to be found
 };
 
