@@ -114,18 +114,15 @@ NativeFile::~NativeFile()
     close(ignored);
 }
 
-std::optional<std::size_t> NativeFile::regularSize() const
+bool NativeFile::isRegular() const
 {
 #ifdef _WIN32
     struct _stat64 status {};
-    const bool isRegular = _fstat64(m_handle, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
+    return _fstat64(m_handle, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
 #else
     struct stat status {};
-    const bool isRegular = fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode);
+    return fstat(m_handle, &status) == 0 && S_ISREG(status.st_mode);
 #endif
-    if (!isRegular)
-        return std::nullopt;
-    return static_cast<std::size_t>(status.st_size);
 }
 
 std::size_t NativeFile::read(char* buffer, std::size_t size, std::error_code& error) const

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -13,7 +12,7 @@ namespace statistics {
 /// told.
 class [[nodiscard]] NativeFile {
 public:
-    /// Opens for reading, through links. A pipe or device is opened, too, without waiting: `regularSize`
+    /// Opens for reading, through links. A pipe or device is opened, too, without waiting: `isRegular`
     /// tells.
     static NativeFile open(const std::filesystem::path& path, std::error_code& error);
     /// Makes a file that wasn't there, for writing. What stands at the name, a link included, is an error.
@@ -22,9 +21,8 @@ public:
     NativeFile& operator=(NativeFile&&) = delete;
     ~NativeFile();
 
-    /// The size in bytes of a regular file: on Windows an upper bound of what is read. Nothing for a pipe, a
-    /// device or a directory.
-    std::optional<std::size_t> regularSize() const;
+    /// False for a pipe, a device or a directory.
+    bool isRegular() const;
     /// The bytes read into `buffer`, 0 at the end of the file and on an error.
     std::size_t read(char* buffer, std::size_t size, std::error_code& error) const;
     void write(std::string_view bytes, std::error_code& error) const;

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <utility>
 
 namespace statistics {
@@ -20,8 +19,7 @@ constexpr std::size_t kChunk = std::size_t{1} << 16u; ///< bytes read at once
 /// Gives the lines of a file one by one, and holds no more of it than a line and a chunk.
 class LineReader {
 public:
-    /// `size` is the file's, 0 where it isn't known.
-    LineReader(const NativeFile& file, std::size_t size) : m_file(file), m_size(size) {}
+    explicit LineReader(const NativeFile& file) : m_file(file) {}
 
     /// Goes on to the next line. False at the end of the file, on an error, and at a line that is too long.
     bool next();
@@ -43,8 +41,6 @@ private:
     void makeRoom(std::size_t room);
 
     const NativeFile& m_file;
-    const std::size_t m_size;
-    std::size_t m_read = 0; ///< bytes of the file so far
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_capacity = 0;
     std::size_t m_begin = 0; ///< bytes from here to `m_end` are yet to be given out
@@ -82,18 +78,12 @@ bool LineReader::take(std::size_t length, bool ended)
     return !m_tooLong && !m_error;
 }
 
-/// Reads on behind the bytes that are left. False if there is no more. What is written behind the file's size
-/// meanwhile isn't looked for.
+/// Reads on behind the bytes that are left. False if there is no more.
 bool LineReader::fill()
 {
-    const bool knowsSize = m_size > 0;
-    if (knowsSize && m_read >= m_size)
-        return false;
-    const std::size_t most = knowsSize ? std::min(kChunk, m_size - m_read) : kChunk;
-    makeRoom(most);
-    const std::size_t count = m_file.read(m_buffer.get() + m_end, most, m_error);
+    makeRoom(kChunk);
+    const std::size_t count = m_file.read(m_buffer.get() + m_end, kChunk, m_error);
     m_end += count;
-    m_read += count;
     return count > 0;
 }
 
@@ -174,10 +164,9 @@ SnapshotReading visitFile(const std::string& path, ESnapshotHead head, const Beg
         return {ESnapshotRead::Missing, 0, error};
     if (error)
         return {ESnapshotRead::Unreadable, 0, error};
-    const std::optional<std::size_t> size = file.regularSize();
-    if (!size)
+    if (!file.isRegular())
         return {ESnapshotRead::NotRegular, 0, {}};
-    LineReader lines(file, *size);
+    LineReader lines(file);
     ESnapshotRead end = readHead(lines, head);
     if (end == ESnapshotRead::Whole) {
         begin(lines.countAhead());
