@@ -87,11 +87,12 @@ bool countBelow(const fs::path& path, FileCount& count)
     const fs::file_type type = fs::symlink_status(path, error).type();
     if (type != fs::file_type::directory)
         return type == fs::file_type::symlink;
-    for (std::vector<fs::path> waiting{path}; !waiting.empty() && count.seen < kMostCounted;) {
+    for (std::vector<fs::path> waiting{path}; !waiting.empty();) {
         NativeDirectory entries(std::exchange(waiting.back(), {}), error);
         waiting.pop_back();
-        while (count.seen < kMostCounted && entries.next(error)) {
-            ++count.seen;
+        for (; entries.next(error); ++count.seen) {
+            if (count.seen == kMostCounted)
+                return true;
             if (fs::symlink_status(entries.path(), error).type() == fs::file_type::directory)
                 waiting.push_back(entries.path());
             else

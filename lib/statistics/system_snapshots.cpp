@@ -157,8 +157,6 @@ void System::Data::publishSnapshots()
 unsigned System::Data::publish(const StatisticsAnalyzer::Snapshot& snapshot)
 {
     const auto onChange = [this, index = snapshot.index](bool compared) {
-        if (!statsAnalyzer)
-            return;
         if (compared)
             statsAnalyzer->addToDiff(index);
         else

@@ -44,13 +44,11 @@ Tree::Tree()
 Tree::Tree(Tree&& other) noexcept
     : m_nodes(std::move(other.m_nodes)), m_derived(std::exchange(other.m_derived, {}))
 {
-    other.endWalks();
 }
 
 Tree& Tree::operator=(Tree&& other) noexcept
 {
     endWalks();
-    other.endWalks();
     m_nodes = std::move(other.m_nodes);
     m_derived = std::exchange(other.m_derived, {});
     noteChange();
@@ -239,7 +237,7 @@ bool Tree::ChildWalk::leave()
     return true;
 }
 
-/// Walks below the node go on behind what they can no longer reach.
+/// Walks that are below the node go on behind what they can no longer reach.
 void Tree::clearChildren(unsigned id)
 {
     m_nodes[id].children = {};
@@ -247,9 +245,7 @@ void Tree::clearChildren(unsigned id)
     m_derived.changes.note(id);
     noteChange();
     for (ChildWalk* walk = m_innermost; walk; walk = walk->m_outer) {
-        if (isBelow(walk->m_top, id)) {
-            walk->end();
-        } else if (walk->m_parent == id || isBelow(walk->m_parent, id)) {
+        if (walk->m_parent == id || isBelow(walk->m_parent, id)) {
             walk->m_parent = id;
             walk->m_child = INVALID_ID;
             walk->m_next = 0;

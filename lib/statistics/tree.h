@@ -49,7 +49,7 @@ public:
 
     Tree();
     ~Tree() = default;
-    /// Walks stay with the tree that they go through: those over a tree that is replaced end.
+    /// Walks over a tree that is replaced end. None may be going through `other`.
     Tree(Tree&& other) noexcept;
     Tree& operator=(Tree&& other) noexcept;
 
@@ -62,7 +62,8 @@ public:
     /// Removes a node with all below it, and their items. A stale id does nothing; the root is reported and
     /// stays. Runs destructors of what hosts handed in, before it returns or behind the functor it runs in.
     void removeItem(unsigned id, Render& render);
-    /// Empties a child list. The children stay where they are, reached by nothing.
+    /// Empties a child list. The children stay where they are, reached by nothing. No walk may have begun
+    /// below the node.
     void clearChildren(unsigned id);
 
     /// Puts the children of a node in the order that `isBefore` tells of their ids. No walk may be among
