@@ -107,8 +107,10 @@ TEST_F(HistoryPanel, tellsTheTimeThatTheSamplesSpan)
     EXPECT_EQ(pointAt("3").at(1), "1 sample over 0.5");
     for (int times = 0; times < 9; ++times)
         system().updateNode(id);
-    EXPECT_EQ(pointAt("3").at(1), "10 samples over 5");
     EXPECT_EQ(pointAt("4").at(1), "1 sample");
+    keep(50);
+    EXPECT_EQ(pointAt("3"), (Strings{"Count", "10 samples over 5", "lowest 3", "mean 3.000", "highest 3",
+                                     "last 3", "Constant."}));
 }
 
 TEST_F(HistoryPanel, saysWhatAPlotCannotShow)

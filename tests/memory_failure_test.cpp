@@ -28,9 +28,10 @@ protected:
         id = system().createTable(
             "table", [] { return std::size_t{3}; }, 0.0f, group);
         model = system().getTable(id);
-        model->addColumn(
-            "column", [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5f);
-        for (const char* name : {"A", "B"})
+        for (const char* caption : {"column", "other"})
+            model->addColumn(
+                caption, [](std::size_t row) { return CounterValue(-static_cast<int>(row)); }, 0.5f);
+        for (const char* name : {"A", "B", "C"})
             system().createPreset(name, {{"key", {1.0f, 2.0f}}});
         if (full)
             setOption(&Options::history, 4);
@@ -116,7 +117,7 @@ protected:
     static void describe(const Table& table, State& all)
     {
         all.push_back(std::to_string(table.m_header.size()) + std::to_string(table.m_rowActions.size()) +
-                      std::to_string(table.m_sortAscending));
+                      std::to_string(table.m_sortAscending) + std::to_string(table.m_sortColumn));
         for (const std::size_t row : table.m_order)
             all.back() += ' ' + std::to_string(row);
     }
@@ -183,7 +184,7 @@ TEST_F(MemoryFailure, leavesACallDoneOrAsIfItHadntBeenMade)
              model->addColumn(
                  kLong, [](std::size_t) { return CounterValue(1); }, 0.5f);
          }},
-        {"sort", [&] { model->sort(0, false); }},
+        {"sort", [&] { model->sort(1, false); }},
         {"cell", [&] { EXPECT_EQ(getTableCell(id, 1, 0), "-1"); }},
         {"row action", [&] { addRowAction(id, kLong, action); }},
         {"default action", [&] { setDefaultAction(id, action); }},

@@ -216,19 +216,7 @@ TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
     EXPECT_TRUE(tells("1 folder with 1 file", "other"));
 }
 
-TEST_F(SnapshotPanel, pointingAtABoxWhoseSnapshotIsNotOnDiskTellsWhy)
-{
-    dir.write("root/bench", "a file where the folder should be");
-    dir.write("root/old/one.csv", kHead);
-    EXPECT_TRUE(create());
-    click({"Diff", "Take snapshot", "Snapshots", "bench"});
-    ui.moveTo(snapshots().back().name);
-    ui.frames(2);
-    EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
-    EXPECT_EQ(dir.read("root/bench"), "a file where the folder should be");
-}
-
-TEST_F(SnapshotPanel, theBoxOfTwoSnapshotsOfOneSecondTellsWhetherTheirFileIsThere)
+TEST_F(SnapshotPanel, theBoxOfSnapshotsOfOneSecondTellsWhetherTheirFileIsThereAndWhyNot)
 {
     EXPECT_TRUE(create());
     const auto take = [this](bool blocked) {
@@ -238,11 +226,8 @@ TEST_F(SnapshotPanel, theBoxOfTwoSnapshotsOfOneSecondTellsWhetherTheirFileIsTher
         TestAccess::takeSnapshot();
     };
     const auto note = [] {
-        const statistics::Render& render = TestAccess::render();
         statistics::SnapshotGroup& group = TestAccess::data().snapshotGroup;
-        const unsigned folder = group.tree.findChild(group.snapshotsNode, "bench", render);
-        const unsigned box = group.tree.findChild(folder, snapshots().back().name, render);
-        return render.checkboxes[statistics::itemSlot(group.tree.item(box))].note;
+        return *group.findNote(snapshots().back().name, "bench", TestAccess::render());
     };
     for (const bool firstFails : {true, false}) {
         do {
@@ -251,6 +236,11 @@ TEST_F(SnapshotPanel, theBoxOfTwoSnapshotsOfOneSecondTellsWhetherTheirFileIsTher
         } while (snapshots().rbegin()[0].name != snapshots().rbegin()[1].name);
         EXPECT_EQ(note().empty(), firstFails) << note();
     }
+    click({"Diff", "Snapshots", "bench"});
+    ui.moveTo(snapshots().back().name);
+    ui.frames(2);
+    EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
+    EXPECT_EQ(dir.read("root/bench"), "a file where the folder should be");
 }
 
 TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)

@@ -167,7 +167,10 @@ TEST_F(SnapshotStore, processesThatTakeScanAndClearInOneRootNeverDisturbEachOthe
     const auto work = [&](const std::string& folder) {
         while (!done) {
             StatisticsAnalyzer store(dir("root"), folder);
-            store.saveSnapshot({{"a", 1}});
+            for (int count = 0; count < 5; ++count) {
+                store.saveSnapshot({{"a", 1}});
+                EXPECT_EQ(store.snapshots.back().problem, "");
+            }
             store.clearSnapshots();
         }
     };
@@ -196,6 +199,7 @@ TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
     fs::rename(dir("late"), dir("root/late")); // a folder that no record tells of
     fs::remove_all(dir("root/bench"));         // a folder that has become a link meanwhile
     fs::create_directory_symlink(dir("beside"), dir("root/bench"));
+    EXPECT_EQ(store.describeClearing(), "Deletes 3 folders with 6 files below " + dir("root"));
 
     store.clearSnapshots();
     fs::remove(dir("root/top.txt"));
@@ -210,6 +214,24 @@ TEST_F(SnapshotStore, clearingDeletesTheFoldersOfTheRecordsWholeAndNothingElse)
     store.saveSnapshot({});
     EXPECT_EQ(store.snapshots[0].index, 0u);
     EXPECT_EQ(dir.read("root/bench/" + store.snapshots[0].name), kHead);
+}
+
+TEST_F(SnapshotStore, clearingDeletesNothingWhereAFolderIsMovedToMeanwhile)
+{
+    dir.write("elsewhere/kept.csv", kHead);
+    dir.write("root/one/a.csv", kHead);
+    for (int file = 0; file < 1000; ++file)
+        dir.write("root/one/deeper/" + std::to_string(file), "");
+    StatisticsAnalyzer store(dir("root"), "bench");
+    const auto moved = std::async(std::launch::async, [&] {
+        while (dir.has("root/one/deeper/500")) // it is being emptied by then
+            continue;
+        std::error_code emptiedAlready;
+        fs::rename(dir("root/one/deeper"), dir("elsewhere/deeper"), emptiedAlready);
+    });
+    store.clearSnapshots();
+    EXPECT_FALSE(dir.has("root/one"));
+    EXPECT_TRUE(dir.has("elsewhere/kept.csv"));
 }
 
 /// A chain of directories, each in the one before, that no path reaches the end of.
