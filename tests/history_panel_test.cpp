@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -37,17 +36,11 @@ protected:
     {
         ui.moveTo(text);
         ui.frames(2);
-        Strings lines;
-        for (const test::Text& shown : ui.read().texts) {
+        Strings lines = ui.read().lines(" ");
+        for (const test::Text& shown : ui.read().texts)
             if (shown.window.rfind("##Tooltip", 0) != 0)
-                continue;
-            if (lines.empty() || line != shown.line)
-                lines.emplace_back();
-            else
-                lines.back() += ' ';
-            line = shown.line;
-            lines.back() += shown.text;
-        }
+                lines[shown.line].clear();
+        lines.erase(std::remove(lines.begin(), lines.end(), ""), lines.end());
         return lines;
     }
 
@@ -77,7 +70,6 @@ protected:
     }
 
     CounterValue value;
-    std::size_t line = 0;
 };
 
 TEST_F(HistoryPanel, showsPathNumbersAndSpanInTheCountersOwnFormat)
