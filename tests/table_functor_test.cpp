@@ -277,6 +277,20 @@ TEST_F(TableFunctors, readTheirOwnTableWithoutSortingItInsideASort)
         EXPECT_NO_THROW(system().updateNode(id));
 }
 
+TEST_F(TableFunctors, thatRefreshTheirOwnTableLeaveNoRowTooHigh)
+{
+    sample();
+    int calls = 0;
+    table.m_header[0].getter = [&](std::size_t) {
+        const int call = ++calls;
+        if (call == 1)
+            system().updateNode(id);
+        return CounterValue(call == 1 || call > 4 ? "one" : "two\nlines");
+    };
+    system().updateNode(id);
+    EXPECT_EQ(item.lines.extraBefore(3), 0u);
+}
+
 TEST_F(TableFunctors, getNoRowThatHasGone)
 {
     table.m_header[1].getter = [this](std::size_t row) {

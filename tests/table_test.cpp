@@ -81,16 +81,17 @@ TEST(TableSort, valuesThatDontOrderLoseNoRow)
     }
 }
 
-TEST(TableRows, areAsHighAsTheHighestOfTheirTextsInWhateverOrderTheyCome)
+TEST(TableRows, areAsHighAsTheHighestOfTheirTextsUntilARowAboveComesAgain)
 {
     statistics::RowLines lines;
-    for (const auto& [row, text] : {std::pair(5, "these\nare\nthree"), std::pair(5, "two\nlines"),
-                                    std::pair(2, "two\nlines\n"), std::pair(7, "one\n")})
+    for (const auto& [row, text] :
+         {std::pair(5, "these\nare\nthree"), std::pair(2, "two\nlines\n"), std::pair(2, "these\nare\nthree"),
+          std::pair(2, "two\nlines"), std::pair(5, "two\nlines"), std::pair(7, "one\n")})
         lines.add(static_cast<std::size_t>(row), text);
     Indices extra;
     for (const std::size_t row : {2u, 3u, 5u, 6u, 9u})
         extra.push_back(lines.extraBefore(row));
-    EXPECT_EQ(extra, (Indices{0, 1, 1, 3, 3}));
+    EXPECT_EQ(extra, (Indices{0, 2, 2, 3, 3}));
 }
 
 TEST_F(TableModel, aColumnOutOfRangeIsReportedByTheSortAndTheSumAndHasNoCells)

@@ -157,10 +157,8 @@ public:
     Refresh(Render& render, unsigned slot, Table& table)
         : m_render(render), m_slot(slot), m_table(table), m_reading(table)
     {
-        if (ItemTable* item = this->item()) {
+        if (ItemTable* item = this->item())
             item->rows.resize(m_reading.rows);
-            item->lines.clear();
-        }
     }
     // NOLINTNEXTLINE(bugprone-exception-escape): the item is only reached for if it is there
     ~Refresh()
@@ -168,6 +166,7 @@ public:
         ItemTable* item = this->item();
         if (!item)
             return;
+        item->lines.forgetFrom(m_column == 0 ? m_row : m_row + 1);
         for (std::size_t row = m_row; row < item->rows.size(); ++row) {
             std::vector<std::string>& cells = item->rows[row];
             cells.resize(std::min(std::exchange(m_column, 0), cells.size()));
@@ -198,6 +197,9 @@ private:
         if (!item || m_row >= item->rows.size())
             return false;
         std::vector<std::string>& cells = item->rows[m_row];
+        // What is known from here on is of the last refresh, or of one that a functor ran meanwhile.
+        if (m_column == 0)
+            item->lines.forgetFrom(m_row);
         cells.resize(m_reading.columns);
         m_table.printCell(cells[m_column], m_column, value);
         item->lines.add(m_row, cells[m_column]);

@@ -16,17 +16,21 @@ std::size_t lineCount(const std::string& text)
 
 void RowLines::add(std::size_t row, const std::string& text)
 {
+    forgetFrom(row + 1);
     const std::size_t extra = lineCount(text) - 1;
     if (extra == 0)
         return;
-    const auto isBefore = [](const Tall& tall, std::size_t wanted) { return tall.row < wanted; };
-    const bool isLast = m_tall.empty() || m_tall.back().row < row;
-    auto position = isLast ? m_tall.end() : std::lower_bound(m_tall.begin(), m_tall.end(), row, isBefore);
-    if (position == m_tall.end() || position->row != row)
-        position = m_tall.insert(position, {row, extraBefore(row)});
-    const std::size_t known = extraOf(position);
-    if (extra > known)
-        std::for_each(position, m_tall.end(), [&](Tall& tall) { tall.extraThrough += extra - known; });
+    const std::size_t before = extraBefore(row);
+    if (m_tall.empty() || m_tall.back().row != row)
+        m_tall.push_back({row, before});
+    std::size_t& through = m_tall.back().extraThrough;
+    through = std::max(through, before + extra);
+}
+
+void RowLines::forgetFrom(std::size_t row)
+{
+    while (!m_tall.empty() && m_tall.back().row >= row)
+        m_tall.pop_back();
 }
 
 std::size_t RowLines::extraBefore(std::size_t row) const
@@ -34,11 +38,6 @@ std::size_t RowLines::extraBefore(std::size_t row) const
     const auto isBefore = [](const Tall& tall, std::size_t wanted) { return tall.row < wanted; };
     const auto position = std::lower_bound(m_tall.begin(), m_tall.end(), row, isBefore);
     return position == m_tall.begin() ? 0 : std::prev(position)->extraThrough;
-}
-
-std::size_t RowLines::extraOf(Position position) const
-{
-    return position->extraThrough - extraBefore(position->row);
 }
 
 } // namespace statistics

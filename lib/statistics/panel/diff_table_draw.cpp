@@ -54,7 +54,7 @@ void applyWidths(const widgets::ColumnsScope& columns, const DiffTable& table)
 
 void findLines(const DiffTable& table, RowLines& lines)
 {
-    lines.clear();
+    lines.forgetFrom(0);
     for (std::size_t row = 0; row < table.m_rows.size(); ++row) {
         lines.add(row, table.m_rows[row].caption);
         for (const CounterValue& value : table.m_rows[row].values)
