@@ -267,8 +267,9 @@ TEST_F(LongPanel, followsLinesTextsLimitsFontAndStyleOutOfView)
         [&] { text = std::string(300, 'w'); },
         [&] { text = std::string(250, 'i'); },
         [&] { tall = true; },
+        [&] { style.IndentSpacing += 29; },
         [&] { tall = false; },
-        [&] { style.IndentSpacing = 50; },
+        [&] { style.IndentSpacing -= 29; }, // a look that is known, but for what has changed meanwhile
         [&] { style.ItemInnerSpacing.x = 2000; },
         [&] { style.ItemSpacing.y = 9; },
         [&] { style.FramePadding.y = 7; },
@@ -371,27 +372,6 @@ TEST_F(PanelTest, findsAGroupThatWasMadeAnewAsTheUserLeftIt)
         show();
         EXPECT_EQ(textsWith("in "), Lines{"in X"});
     }
-}
-
-/// One window drawn twice a frame by a host of two looks: each keeps what it knows.
-TEST_F(LongPanel, keepsItsPlaceInEachOfTwoLooks)
-{
-    fixHeight(300);
-    ui.setScene([] {
-        for (const float spacing : {4.0f, 11.0f}) {
-            ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(8, spacing));
-            ImGui::SetNextWindowSize(ImVec2(900, 300));
-            system().draw();
-            ImGui::PopStyleVar();
-        }
-    });
-    ui.frames(3);
-    const float both = window().ContentSize.y;
-    ui.moveTo(ui.window("Statistics").center());
-    ui.wheel(0, -1000);
-    EXPECT_EQ(window().ContentSize.y, both);
-    ui.wheel(0, 1000);
-    EXPECT_EQ(window().ContentSize.y, both);
 }
 
 } // namespace
