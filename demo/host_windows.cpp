@@ -22,6 +22,7 @@ constexpr float kCaptionWidth = 150;         ///< right of a slider or field
 constexpr std::size_t kMostWarnings = 200;   ///< lines
 constexpr std::size_t kHistory = 240;        ///< samples: a minute of what is sampled four times a second
 constexpr std::size_t kLongestMessage = 300; ///< bytes
+constexpr const char* kPanelTitle = "Statistics"; ///< that the library gives its window
 const ImVec4 kWarning(0.96f, 0.45f, 0.30f, 1);
 const ImVec4 kGood(0.45f, 0.75f, 0.35f, 1);
 
@@ -140,8 +141,8 @@ void HostWindows::drawWork()
     ImGui::SameLine();
     if (ImGui::Checkbox("Panel", &panelOpen))
         System::instance()->setPanelOpen(panelOpen);
-    showDim("Keys: F1 for the panel, F2 and F3 for particles, F4 and F5 for steps, F6 to pause; Tab and the "
-            "arrows lead through the windows.");
+    showDim("Keys: F1 for the panel, F2 and F3 for particles, F4 and F5 for steps, F6 to pause; the arrows "
+            "lead through a window, Control and Tab to another.");
 }
 
 void HostWindows::drawFolders()
@@ -172,7 +173,7 @@ void HostWindows::drawPanel()
         m_app.notices().message = error.path1().string() + ": " + error.code().message();
     }
     if (m_displayChanged && System::instance()->panelOpen()) {
-        ImGui::Begin("Statistics"); // goes on with the library's window
+        ImGui::Begin(kPanelTitle); // goes on with the library's window
         keepOnDisplay(m_places.panel);
         ImGui::End();
     }
@@ -202,6 +203,9 @@ void HostWindows::drawDetails()
         return;
     bool open = true;
     if (begin("Details", m_places.details, &open)) {
+        // In front, and yet whoever goes through a table by keys stays there.
+        if (ImGui::IsWindowAppearing())
+            ImGui::SetWindowFocus(kPanelTitle);
         showText(details.title);
         ImGui::Separator();
         showFields(details.text);

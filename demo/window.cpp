@@ -41,6 +41,9 @@ void setColors()
     style.Colors[ImGuiCol_FrameBg] = ImVec4(0.15f, 0.20f, 0.28f, 1);
     style.Colors[ImGuiCol_Button] = ImVec4(0.15f, 0.22f, 0.33f, 1);
     style.Colors[ImGuiCol_Header] = ImVec4(0.18f, 0.32f, 0.50f, 0.85f);
+    // Where the pointer or the keys are: dark enough for the panel's coloured texts.
+    style.Colors[ImGuiCol_ButtonHovered] = ImVec4(0.14f, 0.28f, 0.45f, 1);
+    style.Colors[ImGuiCol_HeaderHovered] = ImVec4(0.11f, 0.22f, 0.36f, 1);
 }
 
 } // namespace
