@@ -1,4 +1,5 @@
-# Sourced by scripts that use the demo as a person would: on a virtual display, by mouse, looking at the screen.
+# Sourced by scripts that use the demo as a person would: on a virtual display, by mouse and keys, looking at the
+# screen.
 # The demo tells what stands where in a file ("--screen"): the middle of each text, its window and the text itself,
 # separated by tabs, from top to bottom.
 #
@@ -101,6 +102,16 @@ double_click() {
 open_menu() {
     move_to place_in_row "$@"
     xdotool click 3
+}
+
+# press <key>...: one after the other
+press() {
+    local key
+    for key in "$@"; do
+        xdotool keydown "$key" sleep 0.15 keyup "$key" # longer than most frames, too short to be repeated
+        look_again
+        look_again
+    done
 }
 
 # Away from everything that reacts to the pointer.

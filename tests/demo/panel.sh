@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The demo by real clicks: presets on disk, rows on the system's clipboard, a thread's priority, snapshots, a process
-# with a very long command line, a display that goes away, a small one.
+# The demo by real clicks and keys: presets on disk, rows on the system's clipboard, a thread's priority, snapshots, a
+# process with a very long command line, a display that goes away, a small one.
 # usage: panel.sh PROGRAM
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
@@ -52,6 +52,11 @@ lower=$(($(nice) + 5 < 19 ? $(nice) + 5 : 19))
 is_lower() { [[ $(sed 's/.*) //' "/proc/$demo/task/$thread/stat" | cut -d ' ' -f 17) == "$lower" ]]; }
 wait_for "nice value of $lower" is_lower
 double_click "Thread particles-1" particles-1
+shows_next_by_keys() {
+    press Down Return
+    ! is_shown "Thread particles-1"
+}
+wait_for "details of the next row" shows_next_by_keys
 
 # A stranger's command line is bounded on the screen, and whole on the clipboard.
 cp "$(command -v sleep)" "$work/0-verbose"
