@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -13,7 +12,7 @@ namespace statistics {
 /// The samples of one counter that are kept, oldest first: good until the history changes.
 class Past {
 public:
-    enum class EKind : unsigned char { Int, UInt, Decimal };
+    enum class EKind : unsigned char { Decimal, Int, UInt };
 
     Past() = default;
     /// The sample n of all so far stands in row n modulo `capacity`.
@@ -56,7 +55,7 @@ private:
 /// The past of every counter: the newest samples, known by the counter's slot in its pool.
 ///
 /// Counters stand in blocks of 256, whose samples of one moment lie side by side: counters that are sampled
-/// one after the other fill one page, where rings of their own would cost a miss each. A counter costs 9
+/// one after the other fill one page, where rings of their own would cost a miss each. A counter costs 6
 /// bytes besides its samples. A block has room for the counters in it; where they come one by one, for a
 /// sixteenth more or for a 64th of all counters, so that not each of them moves the block: what hosts
 /// allocate next fills the holes that moved blocks leave, and counters scattered over them cost more than
@@ -89,36 +88,50 @@ public:
 private:
     static constexpr unsigned kLanes = 256;
 
-    struct Ring {
-        std::size_t size(std::size_t capacity) const { return laps > 0 ? capacity : next; }
-        std::uint64_t count(std::size_t capacity) const { return std::uint64_t{laps} * capacity + next; }
-
-        std::uint32_t next = 0; ///< where the next sample goes; from the first lap on the oldest one's place
-        std::uint16_t laps = 0; ///< from the greatest number on 1 again
-        Past::EKind kind = Past::EKind::Decimal;
-    };
-    struct Block {
-        Block(std::size_t lanes, std::size_t capacity)
-            : samples(new float[capacity * lanes]), rings(lanes), width(lanes)
+    /// Where the next sample of a counter goes in its block, and the kind of the last number: one word, for
+    /// sampling reads and writes it each time.
+    class Cursor {
+    public:
+        Cursor(Past::EKind kind, std::uint32_t next)
+            : m_word(static_cast<std::uint32_t>(kind) << kNextBits | next)
         {
         }
+        Cursor() = default;
+
+        std::uint32_t next() const { return m_word & ((1u << kNextBits) - 1); }
+        Past::EKind kind() const { return static_cast<Past::EKind>(m_word >> kNextBits); }
+
+    private:
+        static constexpr unsigned kNextBits = 30;
+
+        std::uint32_t m_word = 0;
+    };
+    /// `capacity` rows of a sample for each of `width` counters.
+    struct Block {
+        Block(std::uint32_t lanes, std::uint32_t capacity);
         Block() = default;
 
-        void copyTo(Block& wider, std::size_t capacity) const noexcept;
+        std::size_t size(std::uint32_t lane) const;
+        Past past(std::uint32_t lane) const;
+        void start(std::uint32_t lane) noexcept;
+        void beginLap(std::uint32_t lane) noexcept;
+        void copyTo(Block& wider) const noexcept;
 
-        std::unique_ptr<float[]> samples; ///< `capacity` rows of a sample for each ring
-        std::vector<Ring> rings;
-        std::size_t width = 0;
+        std::uint32_t width = 0;
+        std::uint32_t end = 0; ///< of the samples
+        std::unique_ptr<float[]> samples;
+        std::unique_ptr<Cursor[]> cursors;
+        std::unique_ptr<std::uint16_t[]> laps; ///< rounds so far; from the greatest number on 1 again
     };
 
     bool hasRoom(unsigned slot) const
     {
         return slot / kLanes < m_blocks.size() && slot % kLanes < m_blocks[slot / kLanes].width;
     }
-    void addOther(Block& block, unsigned lane, const CounterValue& value) noexcept;
-    void push(Block& block, unsigned lane, float sample) noexcept;
+    void addOther(unsigned slot, const CounterValue& value) noexcept;
+    void push(unsigned slot, Past::EKind kind, float sample) noexcept;
 
-    std::size_t m_capacity;
+    std::uint32_t m_capacity;
     std::vector<Block> m_blocks;
 };
 
@@ -126,21 +139,24 @@ private:
 
 inline void History::add(unsigned slot, const CounterValue& value) noexcept
 {
-    Block& block = m_blocks[slot / kLanes];
-    if (!value.isDecimal())
-        return addOther(block, slot % kLanes, value);
-    block.rings[slot % kLanes].kind = Past::EKind::Decimal;
-    push(block, slot % kLanes, value.toFloat());
+    if (value.isDecimal())
+        push(slot, Past::EKind::Decimal, value.toFloat());
+    else
+        addOther(slot, value);
 }
 
-inline void History::push(Block& block, unsigned lane, float sample) noexcept
+inline void History::push(unsigned slot, Past::EKind kind, float sample) noexcept
 {
-    Ring& ring = block.rings[lane];
-    block.samples[ring.next * block.width + lane] = sample;
-    if (++ring.next == m_capacity) {
-        ring.next = 0;
-        ring.laps = ring.laps == std::numeric_limits<std::uint16_t>::max() ? 1 : ring.laps + 1;
+    Block& block = m_blocks[slot / kLanes];
+    const unsigned lane = slot % kLanes;
+    std::uint32_t next = block.cursors[lane].next();
+    block.samples[next] = sample;
+    next += block.width;
+    if (next >= block.end) {
+        next = lane;
+        block.beginLap(lane);
     }
+    block.cursors[lane] = Cursor(kind, next);
 }
 
 } // namespace statistics
