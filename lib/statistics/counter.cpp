@@ -1,17 +1,14 @@
 #include <statistics/counter.h>
 
 #include "call_scope.h"
+#include "judging.h"
 
 namespace statistics {
 
 bool Counter::withinLimits()
 {
-    if (!hasLimits)
-        return true;
-    const CallScope call; // the getter may remove this very counter, which takes its limits away
-    if (getter() < min)
-        return false;
-    return !hasLimits || !(getter() > max);
+    const CallScope call;
+    return isWithinLimits(*this);
 }
 
 } // namespace statistics

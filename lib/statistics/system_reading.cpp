@@ -2,6 +2,7 @@
 
 #include "system_data.h"
 
+#include "judging.h"
 #include "path.h"
 
 #include <utility>
@@ -30,7 +31,7 @@ std::list<std::string> System::collectWarnings() const
     Data::PathBuilder paths(*m_data);
     m_data->forEachCounter([&](const Data::CounterList::Entry& entry) {
         // A getter may have removed the counter: then there is nothing left to warn about.
-        if (!entry.counter->withinLimits() && m_data->holds(entry))
+        if (!isWithinLimits(*entry.counter) && m_data->holds(entry))
             warnings.push_back(paths.path(entry));
     });
     return warnings;
