@@ -66,11 +66,6 @@ protected:
         ImGui::GetIO().AddInputCharactersUTF8(text.c_str());
         ui.frame();
     }
-    void showLine()
-    {
-        setOption(&Options::filter, true);
-        show();
-    }
 };
 
 TEST_F(Filtering, findsWhatHasAllWordsInItsPathAndNoneAfterAMinus)
@@ -100,7 +95,8 @@ TEST_F(Filtering, takesAnyBytes)
         {"\x84", odd}, {"az\xC3\x84", odd},  {"\xC3\xA4", {}}, // no case but that of ASCII
         {endless, {}}, {'-' + endless, all}, {{"CPU\0", 4}, {}},
     };
-    showLine(); // the field shows each of them
+    setOption(&Options::filter, true); // the field shows each of them
+    show();
     for (const auto& [words, paths] : cases) {
         EXPECT_EQ(found(words), paths) << words.substr(0, 20);
         EXPECT_EQ(system().filter(), words);
@@ -201,7 +197,8 @@ TEST_F(Filtering, measuresThousandsOfLinesFrameByFrame)
 
 TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
 {
-    showLine();
+    setOption(&Options::filter, true);
+    show();
     const Lines before = ui.read().lines();
     const auto begin = [&] { ui.click({ui.text("Clear").min.x - 60, ui.text("Clear").center().y}); };
     begin();

@@ -44,8 +44,6 @@ protected:
         return lines;
     }
 
-    static ImU32 color(ImGuiCol entry) { return ImGui::GetColorU32(entry); }
-
     test::Rect plot()
     {
         for (const test::Rect& rect : ui.read().rects)
@@ -137,7 +135,7 @@ TEST_F(HistoryPanel, showsLowestAndHighestOfManySamplesWhereverTheyStand)
     }
     ui.frames(2);
     pointAt("50.000");
-    const test::Rect shown = bounds(color(ImGuiCol_PlotLines));
+    const test::Rect shown = bounds(ImGui::GetColorU32(ImGuiCol_PlotLines));
     EXPECT_NEAR(shown.min.x, plot().min.x, 3);
     EXPECT_NEAR(shown.max.x, plot().max.x, 3);
     EXPECT_NEAR(shown.min.y, plot().min.y, 3);
@@ -171,7 +169,7 @@ TEST_F(HistoryPanel, showsALoneSampleAsADot)
     keep(10);
     give({NAN, 5, NAN});
     pointAt("nan");
-    const test::Rect dot = bounds(color(ImGuiCol_PlotLines));
+    const test::Rect dot = bounds(ImGui::GetColorU32(ImGuiCol_PlotLines));
     EXPECT_EQ(dot.size().x, 4);
     EXPECT_EQ(dot.size().y, 4);
 }
@@ -195,7 +193,7 @@ TEST_F(HistoryPanel, leavesOutALimitThatWouldFlattenTheSamples)
         const unsigned id = add("Value", limited(min, max, [this] { return value; }));
         give({40.0f, 60.0f, 40.0f, 41.0f});
         EXPECT_EQ(pointAt("41.000").back(), limits);
-        const ImU32 drawn = max < 0 ? kOutside : color(ImGuiCol_PlotLines);
+        const ImU32 drawn = max < 0 ? kOutside : ImGui::GetColorU32(ImGuiCol_PlotLines);
         EXPECT_NEAR(bounds(drawn).size().y, height, 2) << limits;
         EXPECT_NEAR(bounds(drawn).max.x, plot().max.x, 3) << limits;
         system().removeItem(id);

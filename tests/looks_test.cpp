@@ -17,11 +17,6 @@ const std::string kHead = "sep=\t\nCaption\tValue\n";
 
 class Looks : public test::CounterPanel {
 protected:
-    Lines linesBelow(const std::string& caption)
-    {
-        const Lines lines = ui.read().lines();
-        return {std::find(lines.begin(), lines.end(), caption) + 1, lines.end()};
-    }
     void openSnapshots(const std::string& folder)
     {
         ASSERT_TRUE(system().createStatsAnalyzer(dir("root"), "run", {}));
@@ -165,13 +160,12 @@ protected:
     {
         setOption(&Options::sortSnapshots, sorted);
         ui.frames(2);
-        Lines lines = linesBelow("Snapshots");
-        lines.pop_back(); // the buttons
-        return lines;
+        const Lines lines = ui.read().lines();
+        return {std::find(lines.begin(), lines.end(), "Snapshots") + 1, lines.end() - 1}; // but the buttons
     }
 };
 
-TEST_F(SortedSnapshots, standByNameWhileTheHostWantsIt)
+TEST_F(SortedSnapshots, standByNameWhileTheHostWantsItAndActOnTheirOwnRecords)
 {
     const Lines asFound = shownWith(false);
     for (int round = 0; round < 2; ++round) {
@@ -181,11 +175,6 @@ TEST_F(SortedSnapshots, standByNameWhileTheHostWantsIt)
     }
     ui.click("Take snapshot"); // "run" comes last, and first by name
     EXPECT_EQ(shownWith(true)[0], "run");
-}
-
-TEST_F(SortedSnapshots, actOnTheirOwnRecords)
-{
-    shownWith(true);
     ui.clickBox("f023.csv");
     const auto& store = *TestAccess::data().statsAnalyzer;
     const std::size_t ticked = store.diffTable.m_columns.at(0).snapshot;

@@ -42,14 +42,10 @@ TEST_F(Presets, giveLimitsWhenChosenAndToCountersCreatedAfterwards)
     system().choosePreset(1);
     system().clearPresets();
     add("After", keyed("fps"));
-    const Texts cleared = {"Statistics",
-                           "Fixed | 1.000 | 45 | 99.000",
-                           "Early | 0.000 | 45 | 0.000",
-                           "Late fixed | 1.000 | 45 | 99.000",
-                           "Late | 0.000 | 45 | 0.000",
-                           "Unknown | 0.000 | 45 | 0.000",
-                           "After | 0 | 45 | 0"};
-    EXPECT_EQ(show().lines(), cleared);
+    EXPECT_EQ(show().lines(),
+              (Texts{"Statistics", "Fixed | 1.000 | 45 | 99.000", "Early | 0.000 | 45 | 0.000",
+                     "Late fixed | 1.000 | 45 | 99.000", "Late | 0.000 | 45 | 0.000",
+                     "Unknown | 0.000 | 45 | 0.000", "After | 0 | 45 | 0"}));
     addPreset("C", 10, {"ready", {}, [](LimitMap&, Params&) { return "saved"; }, {}});
     show();
     ui.click("Presets");
