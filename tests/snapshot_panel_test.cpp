@@ -8,6 +8,8 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -216,33 +218,6 @@ TEST_F(SnapshotPanel, pointingAtClearTreeTellsWhatItDeletes)
     EXPECT_TRUE(tells("1 folder with 1 file", "other"));
 }
 
-TEST_F(SnapshotPanel, theBoxOfSnapshotsOfOneSecondTellsWhetherTheirFileIsThereAndWhyNot)
-{
-    EXPECT_TRUE(create());
-    const auto take = [this](bool blocked) {
-        fs::remove_all(dir("root"));
-        if (blocked)
-            dir.write("root/bench", "a file where the folder should be");
-        TestAccess::takeSnapshot();
-    };
-    const auto note = [] {
-        statistics::SnapshotGroup& group = TestAccess::data().snapshotGroup;
-        return *group.findNote(snapshots().back().name, "bench", TestAccess::render());
-    };
-    for (const bool firstFails : {true, false}) {
-        do {
-            take(firstFails);
-            take(!firstFails);
-        } while (snapshots().rbegin()[0].name != snapshots().rbegin()[1].name);
-        EXPECT_EQ(note().empty(), firstFails) << note();
-    }
-    click({"Diff", "Snapshots", "bench"});
-    ui.moveTo(snapshots().back().name);
-    ui.frames(2);
-    EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
-    EXPECT_EQ(dir.read("root/bench"), "a file where the folder should be");
-}
-
 TEST_F(SnapshotPanel, rootsAndFoldersThatLeadElsewhereAreRefused)
 {
     const std::string nul("a\0b", 3);
@@ -331,6 +306,41 @@ void expectFailure(const char* operation, const std::function<void()>& action)
     } catch (const fs::filesystem_error& error) {
         EXPECT_NE(std::string(error.what()).find(operation), std::string::npos) << error.what();
     }
+}
+
+TEST_F(SnapshotPanel, theBoxOfSnapshotsOfOneSecondTellsWhetherTheirFileIsThereAndWhyNot)
+{
+    EXPECT_TRUE(create());
+    const auto take = [this](std::string_view disk) {
+        if (disk != "full")
+            fs::remove_all(dir("root"));
+        if (disk == "blocked")
+            dir.write("root/bench", "a file where the folder should be");
+        rlimit usual{};
+        getrlimit(RLIMIT_NOFILE, &usual);
+        const rlimit files{disk == "full" ? 0 : usual.rlim_cur, usual.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &files);
+        TestAccess::takeSnapshot();
+        setrlimit(RLIMIT_NOFILE, &usual);
+    };
+    const auto note = [] {
+        statistics::SnapshotGroup& group = TestAccess::data().snapshotGroup;
+        return *group.findNote(snapshots().back().name, "bench", TestAccess::render());
+    };
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"blocked", "free", true}, {"free", "full", true}, {"free", "blocked", false}};
+    for (const auto& [first, second, isThere] : cases) {
+        do {
+            take(first);
+            take(second);
+        } while (snapshots().rbegin()[0].name != snapshots().rbegin()[1].name);
+        EXPECT_EQ(note().empty(), isThere) << note();
+    }
+    click({"Diff", "Snapshots", "bench"});
+    ui.moveTo(snapshots().back().name);
+    ui.frames(2);
+    EXPECT_TRUE(ui.read().contains("Not on disk: its folder can't be made: Not a directory"));
+    EXPECT_EQ(dir.read("root/bench"), "a file where the folder should be");
 }
 
 TEST_F(SnapshotPanel, aScanThatFailsLeavesNoStoreBehind)
