@@ -157,6 +157,21 @@ TEST_F(Functors, thatThrowReachTheHostAndWaitForTheirPeriodLikeAnyOther)
     EXPECT_EQ(samplesOf(1), "actor behind");
 }
 
+TEST_F(Functors, thatThrowWhileDrawnLeaveImGuiBalanced)
+{
+    addBox(
+        "box", [](bool) { throw std::runtime_error("broken"); }, label("two", label("one")));
+    ui.frames(2);
+    ui.click("one");
+    ui.click("two");
+    EXPECT_THROW(ui.clickBox("box"), std::runtime_error);
+    EXPECT_EQ(ui.imbalance(), "");
+    EXPECT_EQ(Orv::StackTracker::depth(), 0u);
+    ui.frame();
+    EXPECT_FALSE(ui.ticked("box")) << "although nothing came of it";
+    EXPECT_EQ(ui.read().lines(), (Names{"Statistics", "one", "two", "box"}));
+}
+
 TEST_F(Functors, ofABoxGetItsNewStateAndMayRemoveIt)
 {
     Names log;
