@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
 namespace statistics {
 
@@ -11,9 +10,9 @@ inline void prefetch([[maybe_unused]] const void* begin, [[maybe_unused]] std::s
 #ifdef __GNUC__
     constexpr std::size_t kCacheLine = 64; // bytes
     const char* const first = static_cast<const char*>(begin);
-    for (const char* line = first - reinterpret_cast<std::uintptr_t>(first) % kCacheLine;
-         line < first + bytes; line += kCacheLine)
-        __builtin_prefetch(line);
+    for (std::size_t offset = 0; offset < bytes; offset += kCacheLine)
+        __builtin_prefetch(first + offset);
+    __builtin_prefetch(first + bytes - 1); // it may begin in the middle of a line
 #endif
 }
 
