@@ -137,6 +137,7 @@ TEST_F(SortArrows, standBehindTheCaptionAndCutALongOne)
     table.addColumn(
         "Much longer than wide", [](auto) { return CounterValue(); }, 0.1f);
     table.m_header[0].widthFraction = 60 / 850.0f; // just enough for both
+    table.m_header[1].widthFraction = 20 / 850.0f; // not even for an arrow
     setOption(&Options::sortArrows, true);
     show();
     EXPECT_GT(arrows("Name").at(0).min.x, ui.text("Name").max.x);
@@ -145,6 +146,10 @@ TEST_F(SortArrows, standBehindTheCaptionAndCutALongOne)
     const test::Text* cut = ui.read().findContaining("Much");
     ASSERT_TRUE(cut);
     EXPECT_GE(arrows(cut->text).at(0).min.x, cut->max.x - 4); // the last letter is cut
+    const std::size_t marks = ui.read().marks.size();
+    table.sort(1, true);
+    show();
+    EXPECT_EQ(ui.read().marks.size(), marks - 1);
 }
 
 class SortedSnapshots : public Looks {

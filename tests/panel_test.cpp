@@ -262,6 +262,7 @@ TEST_F(LongPanel, followsLinesTextsLimitsFontAndStyleOutOfView)
         [&] { system().removeItem(1); },   // the widest
         [&] { system().choosePreset(0); }, // while nothing else is as wide
         [&] { system().removeItem(getItemIndex("group 57/plain 57")); },
+        [&] { system().removeItem(getItemIndex("group 69")); },
         [&] { label("three\nnew\nlines", getItemIndex("group 57")); }, // with the id of a lower one
         [&] { system().openNode(getItemIndex("group 57"), false); },
         [&] { text = std::string(300, 'w'); },

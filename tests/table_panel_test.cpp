@@ -170,6 +170,7 @@ TEST_F(TableOnPanel, anEntryActsOnTheDataRowThatTheMenuWasOpenedOnWhereverItStan
         table.m_selectedRow = NO_INDEX;
         show();
         ui.rightClick("beta");
+        EXPECT_EQ(table.m_selectedRow, 1u);
         happens();
         table.m_selectedRow = 3; // moved by the host
         show();

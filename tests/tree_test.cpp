@@ -191,6 +191,7 @@ TEST(Tree, aWalkGivesEachNodeThatStaysItsTurnWhateverTheVisitorDoes)
         {{A1}, nothing, {"B", "b1", "A", "a1", "a2", "x", "a3", "C"}},
         {{A1, A2}, nothing, {"B", "b1", "A", "a1", "a2", "a3", "C"}},
         {{A3, C}, nothing, {"B", "b1", "A", "a1", "a2", "x"}},
+        {{X, A3}, nothing, {"B", "b1", "A", "a1", "a2", "C"}},
         {{A}, nothing, {"B", "b1", "A", "a1", "a2", "C"}},
         {{A, B, C}, nothing, {"B", "b1", "A", "a1", "a2"}},
         {{}, [](Forest& f) { f.tree.clearChildren(A); }, {"B", "b1", "A", "a1", "a2", "C"}},

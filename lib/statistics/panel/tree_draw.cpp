@@ -162,7 +162,7 @@ bool Tree::drawBlock(Render& render, TreeLines& lines, ChildWalk& walk)
     if (walk.parent() == INVALID_ID)
         return steady;
     Extent extent = measure.extent();
-    extent.known = steady && start % TreeLines::kBlock == 0;
+    extent.known = steady;
     lines.keepBlock(parent, start, extent);
     return steady;
 }
