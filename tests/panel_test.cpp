@@ -375,4 +375,25 @@ TEST_F(PanelTest, findsAGroupThatWasMadeAnewAsTheUserLeftIt)
     }
 }
 
+/// One window drawn twice a frame by a host of two looks: each keeps what it knows.
+TEST_F(LongPanel, keepsItsPlaceInEachOfTwoLooks)
+{
+    fixHeight(300);
+    ui.setScene([] {
+        for (const float spacing : {4.0f, 11.0f}) {
+            ImGui::PushStyleVar(ImGuiStyleVar_ItemSpacing, ImVec2(8, spacing));
+            ImGui::SetNextWindowSize(ImVec2(900, 300));
+            system().draw();
+            ImGui::PopStyleVar();
+        }
+    });
+    ui.frames(3);
+    const float both = window().ContentSize.y;
+    ui.moveTo(ui.window("Statistics").center());
+    ui.wheel(0, -1000);
+    EXPECT_EQ(window().ContentSize.y, both);
+    ui.wheel(0, 1000);
+    EXPECT_EQ(window().ContentSize.y, both);
+}
+
 } // namespace

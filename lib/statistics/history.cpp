@@ -37,11 +37,6 @@ void History::Block::start(std::uint32_t lane) noexcept
     laps[lane] = 0;
 }
 
-std::size_t History::Block::size(std::uint32_t lane) const
-{
-    return (laps[lane] > 0 ? end : cursors[lane].next()) / width;
-}
-
 Past History::Block::past(std::uint32_t lane) const
 {
     const std::uint64_t count = (std::uint64_t{laps[lane]} * end + cursors[lane].next()) / width;
@@ -58,7 +53,7 @@ void History::Block::copyTo(Block& wider) const noexcept
 {
     std::size_t rows = 0;
     for (std::uint32_t lane = 0; lane < width; ++lane) {
-        rows = std::max(rows, size(lane));
+        rows = std::max(rows, past(lane).size());
         const std::uint32_t row = cursors[lane].next() / width;
         wider.cursors[lane] = Cursor(cursors[lane].kind(), row * wider.width + lane);
         wider.laps[lane] = laps[lane];

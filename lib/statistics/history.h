@@ -111,7 +111,6 @@ private:
         Block(std::uint32_t lanes, std::uint32_t capacity);
         Block() = default;
 
-        std::size_t size(std::uint32_t lane) const;
         Past past(std::uint32_t lane) const;
         void start(std::uint32_t lane) noexcept;
         void beginLap(std::uint32_t lane) noexcept;

@@ -364,6 +364,7 @@ TEST_F(Exporter, leavesSignalsToTheHostsThreads)
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     kill(getpid(), SIGUSR1); // ends the process where a thread takes it
     EXPECT_EQ(sigwaitinfo(&signals, nullptr), SIGUSR1);
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
 TEST_F(Exporter, stopsAtOnceWithClientsOnTheLine)
