@@ -1,5 +1,7 @@
 #pragma once
 
+#include "prefetch.h"
+
 #include <statistics/value.h>
 
 #include <cstddef>
@@ -150,9 +152,12 @@ inline void History::push(unsigned slot, Past::EKind kind, float sample) noexcep
     const unsigned lane = slot % kLanes;
     std::uint32_t next = block.cursors[lane].next();
     block.samples[next] = sample;
+    // Of the counters that are likely to come next.
+    prefetchNextLine(&block.cursors[lane]);
+    prefetchNextLine(&block.samples[next]);
     next += block.width;
     if (next >= block.end) {
-        next = lane;
+        next -= block.end; // to its first row
         block.beginLap(lane);
     }
     block.cursors[lane] = Cursor(kind, next);
