@@ -250,17 +250,37 @@ TEST_F(SnapshotFile, aFullDiskLeavesWhatStoodThereAndTellsIt)
 
 TEST_F(SnapshotFile, whatKilledProcessesLeftGoesWithTheNextAndNothingElse)
 {
-    statistics::StatisticsAnalyzer store(dir("root"), "bench");
-    store.saveSnapshot({});
-    dir.write("root/.snapshot-1-2.part", kHead + "a\t1");
+    const std::string leftover = "root/.snapshot-1-2.part";
+    fs::create_directories(dir("root/.snapshot-3-4.part"));
     dir.write("root/.snapshot-mine", "mine");
-    fs::create_directory(dir("root/.snapshot-3-4.part"));
+    dir.write(leftover, kHead + "a\t1");
     std::error_code error;
     const auto atWork = statistics::NativeFile::create(dir("root/.snapshot-5-6.part"), error);
     atWork.claim();
-    store.saveSnapshot({});
-    EXPECT_FALSE(dir.has("root/.snapshot-1-2.part"));
+    statistics::StatisticsAnalyzer(dir("root"), "bench").saveSnapshot({});
+    EXPECT_FALSE(dir.has(leftover));
     EXPECT_EQ(filesIn(dir("root")), 4u) << "the folder, and what is no leftover";
+    written({{"a", 1}});
+    dir.write(leftover, kHead + "a\t1");
+    EXPECT_EQ(written({{"a", 2}}), kHead + "a\t2\n");
+    EXPECT_FALSE(dir.has(leftover)) << "where something stands at the name";
+    EXPECT_EQ(filesIn(dir("root")), 4u);
+}
+
+TEST_F(SnapshotFile, aNamelessFileIsSeenWhenItIsWholeAndReplacesNothing)
+{
+    std::error_code error;
+    const auto file = statistics::NativeFile::createNameless(dir(""), error);
+    if (error)
+        GTEST_SKIP() << error.message();
+    file.write("whole", error);
+    EXPECT_EQ(filesIn(dir("")), 0u);
+    file.giveName(dir("one"), error);
+    EXPECT_EQ(dir.read("one"), "whole") << error.message();
+    dir.write("two", "mine");
+    file.giveName(dir("two"), error);
+    EXPECT_EQ(error, std::errc::file_exists);
+    EXPECT_EQ(dir.read("two"), "mine");
 }
 
 /// A folder on another file system than `here`, wherever that is.

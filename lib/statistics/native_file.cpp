@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <string>
 #include <utility>
 
 #include <fcntl.h>
@@ -105,6 +106,43 @@ NativeFile NativeFile::create(const std::filesystem::path& path, std::error_code
     return NativeFile(
         static_cast<int>(uninterrupted([&] { return std::ptrdiff_t{openFile(path, kCreate)}; }, error)));
 }
+
+#ifdef O_TMPFILE
+
+NativeFile NativeFile::createNameless(const std::filesystem::path& directory, std::error_code& error)
+{
+    constexpr int kNameless = O_WRONLY | O_TMPFILE | O_CLOEXEC;
+    return NativeFile(static_cast<int>(
+        uninterrupted([&] { return std::ptrdiff_t{openFile(directory, kNameless)}; }, error)));
+}
+
+void NativeFile::giveName(const std::filesystem::path& path, std::error_code& error) const
+{
+    // Only a closing tells what a network couldn't store: of a twin, for the file is needed open.
+    NativeFile twin(fcntl(m_handle, F_DUPFD_CLOEXEC, 0));
+    if (twin.m_handle < 0)
+        error = lastError();
+    else
+        twin.close(error);
+    const std::string open = "/proc/self/fd/" + std::to_string(m_handle);
+    if (!error && linkat(AT_FDCWD, open.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
+        error = lastError();
+}
+
+#else
+
+NativeFile NativeFile::createNameless(const std::filesystem::path& /*directory*/, std::error_code& error)
+{
+    error = std::make_error_code(std::errc::function_not_supported);
+    return NativeFile(-1);
+}
+
+void NativeFile::giveName(const std::filesystem::path& /*path*/, std::error_code& error) const
+{
+    error = std::make_error_code(std::errc::function_not_supported);
+}
+
+#endif
 
 NativeFile::NativeFile(NativeFile&& other) noexcept : m_handle(std::exchange(other.m_handle, -1)) {}
 

@@ -17,6 +17,9 @@ public:
     static NativeFile open(const std::filesystem::path& path, std::error_code& error);
     /// Makes a file that wasn't there, for writing. What stands at the name, a link included, is an error.
     static NativeFile create(const std::filesystem::path& path, std::error_code& error);
+    /// Makes a file without a name in a directory, for writing: nobody sees it, and it goes with this object
+    /// unless `giveName` succeeds. An error where the system or the file system knows no such files.
+    static NativeFile createNameless(const std::filesystem::path& directory, std::error_code& error);
     NativeFile(NativeFile&& other) noexcept;
     NativeFile& operator=(NativeFile&&) = delete;
     ~NativeFile();
@@ -28,6 +31,9 @@ public:
     void write(std::string_view bytes, std::error_code& error) const;
     /// Tells of what could not be written after all. Nothing may follow.
     void close(std::error_code& error);
+    /// Names a nameless file, whole as it is, unless not all of it could be written. What stands at the name,
+    /// a link included, is an error.
+    void giveName(const std::filesystem::path& path, std::error_code& error) const;
 
     /// Marks the file as being worked on by this process until it is closed, at the latest when the process
     /// ends. On Windows every open file is marked.

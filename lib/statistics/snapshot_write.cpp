@@ -1,4 +1,5 @@
-// Writing: a new file in the root, renamed into place when it is whole.
+// Writing: a new file that gets its name when it is whole; where there are none without a name, or something
+// stands there, one in the root that is renamed into place.
 
 #include "snapshot_file.h"
 
@@ -97,6 +98,18 @@ SnapshotWriting makeFile(const fs::path& path, const SnapshotValues& values)
     return {};
 }
 
+/// False where that can't be done, or something stands at the name; nothing is left of it then.
+bool makeNameless(const fs::path& path, const SnapshotValues& values)
+{
+    std::error_code error;
+    const NativeFile file = NativeFile::createNameless(path.parent_path(), error);
+    if (!error)
+        writeContent(file, values, error);
+    if (!error)
+        file.giveName(path, error);
+    return !error;
+}
+
 /// Where no file can be renamed to. A directory at the name stays, even an empty one.
 SnapshotWriting makeInPlace(const fs::path& path, const SnapshotValues& values)
 {
@@ -120,10 +133,20 @@ ESnapshotWrite notRenamedTo(const fs::path& path)
                                                          : ESnapshotWrite::NotCreated;
 }
 
+void removeUnfinished(const fs::path& root)
+{
+    std::error_code ignored;
+    NativeDirectory entries(root, ignored);
+    while (entries.next(ignored))
+        if (isUnfinished(entries.path()))
+            NativeFile::removeUnclaimed(entries.path());
+}
+
 SnapshotWriting makeAndRename(const fs::path& root, const fs::path& path, const SnapshotValues& values)
 {
     if (areOnTwoDevices(root, path.parent_path()))
         return makeInPlace(path, values);
+    removeUnfinished(root);
     const fs::path unfinished = root / unfinishedName();
     const SnapshotWriting made = makeFile(unfinished, values);
     if (made.step == ESnapshotWrite::NotCreated && isDenied(made.error))
@@ -147,6 +170,8 @@ SnapshotWriting tryToWrite(const fs::path& root, const fs::path& path, const Sna
     fs::create_directories(path.parent_path(), error);
     if (error)
         return {ESnapshotWrite::NoFolder, error};
+    if (makeNameless(path, values))
+        return {};
     return makeAndRename(root, path, values);
 }
 
@@ -154,11 +179,7 @@ SnapshotWriting tryToWrite(const fs::path& root, const fs::path& path, const Sna
 
 void removeUnfinishedSnapshots(const std::string& root)
 {
-    std::error_code ignored;
-    NativeDirectory entries(toPath(root), ignored);
-    while (entries.next(ignored))
-        if (isUnfinished(entries.path()))
-            NativeFile::removeUnclaimed(entries.path());
+    removeUnfinished(toPath(root));
 }
 
 SnapshotWriting writeSnapshotFile(const std::string& root, const std::string& relativePath,

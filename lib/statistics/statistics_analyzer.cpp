@@ -183,10 +183,11 @@ StatisticsAnalyzer::Snapshot& StatisticsAnalyzer::addRecord(SnapshotValues value
     return snapshots.back();
 }
 
-void StatisticsAnalyzer::writeRecord(Snapshot& snapshot) const
+void StatisticsAnalyzer::writeRecord(Snapshot& snapshot)
 {
     const std::string relativePath = Orv::orv_format("%s/%s", snapshot.folder.c_str(), snapshot.name.c_str());
-    removeUnfinishedSnapshots(m_place);
+    if (!std::exchange(m_isTidy, true))
+        removeUnfinishedSnapshots(m_place);
     const SnapshotWriting writing = writeSnapshot(relativePath, snapshot.values);
     if (writing.step != ESnapshotWrite::Written)
         snapshot.problem = describe(writing);

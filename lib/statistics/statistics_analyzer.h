@@ -42,8 +42,8 @@ public:
     /// Appends the record of a new snapshot, named after the present time; `writeRecord` is to follow.
     Snapshot& addRecord(SnapshotValues values);
     /// Writes the file of a record, which learns why if that can't be done. What killed processes have left
-    /// in `root` goes with it.
-    void writeRecord(Snapshot& snapshot) const;
+    /// in `root` goes with the first one, and with each that itself needs an unfinished file there.
+    void writeRecord(Snapshot& snapshot);
     /// True if a file stands at the record's name, perhaps that of another record.
     bool hasFile(const Snapshot& snapshot) const;
     /// Adds and writes. What that throws leaves no record.
@@ -73,7 +73,8 @@ public:
     DiffTable diffTable;
 
 private:
-    std::string m_place; ///< the absolute path of `root`
+    std::string m_place;   ///< the absolute path of `root`
+    bool m_isTidy = false; ///< what killed processes had left in `root` is gone
 };
 
 /// The local time in seconds, as in "2024_03_09-14_05_07", by the time zone that the environment tells now.
