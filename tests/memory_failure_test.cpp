@@ -71,7 +71,7 @@ protected:
     {
         const Render& render = TestAccess::render();
         State all = {liveSlots(render.labels),
-                     liveSlots(render.counters),
+                     liveSlots(render.counters) + '/' + liveSlots(render.printedLimits),
                      liveSlots(render.tables),
                      liveSlots(render.presets),
                      std::to_string(TestAccess::limitPresets().size()),
@@ -84,7 +84,8 @@ protected:
         for (auto slot = render.counters.begin(); slot != render.counters.end();
              slot = render.counters.next(slot)) {
             const ItemCounter& item = render.counters[slot];
-            all.push_back((item.limits ? item.limits->texts.minText : "") + item.counter->min.toString("%f"));
+            const statistics::ShownLimits* shown = render.shownLimits(item);
+            all.push_back((shown ? shown->texts.minText : "") + item.counter->min.toString("%f"));
         }
         for (auto slot = render.tables.begin(); slot != render.tables.end(); slot = render.tables.next(slot))
             describe(*render.tables[slot].table, all);

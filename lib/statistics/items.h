@@ -66,6 +66,8 @@ struct LimitTexts {
 
 /// The limits of a counter, and where its last sample lay.
 struct ShownLimits {
+    explicit ShownLimits(const Counter& counter) : texts(counter.min, counter.max, counter.limitFormat) {}
+
     LimitTexts texts;
     float weight = 0;                  ///< position of the sample between the limits
     ECrossed crossed = ECrossed::None; ///< `None` while such limits aren't marked
@@ -77,22 +79,15 @@ struct ItemCounter {
     ItemCounter(std::string caption, std::unique_ptr<Counter> description)
         : name(std::move(caption)), counter(std::move(description))
     {
-        if (counter->hasLimits)
-            printLimits();
     }
 
-    void printLimits()
-    {
-        auto printed = std::make_unique<ShownLimits>();
-        printed->texts = LimitTexts(counter->min, counter->max, counter->limitFormat);
-        limits = std::move(printed);
-    }
     /// A counter that gets limits later shows them from its next sample on.
-    bool showsLimits() const { return counter->hasLimits && limits; }
+    bool showsLimits() const { return counter->hasLimits && limits != INVALID_ID; }
 
     std::string name;
-    std::string valueText;               ///< empty until the first sample
-    std::unique_ptr<ShownLimits> limits; ///< null for a counter that has had no limits yet
+    std::string valueText; ///< empty until the first sample
+    unsigned limits =
+        INVALID_ID; ///< in `Render::printedLimits`; none for a counter that has had no limits yet
     CallScope::Owner<Counter> counter;
 };
 

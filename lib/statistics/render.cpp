@@ -5,6 +5,7 @@
 #include "assertion.h"
 #include "call_scope.h"
 #include "pinned.h"
+#include "rollback.h"
 
 #include <utility>
 
@@ -31,15 +32,6 @@ unsigned place(free_slot_vector<T>& pool, ItemType type, T element, Schedule& sc
     return id;
 }
 
-/// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
-/// it reads may be gone with the counter.
-void removeCounter(free_slot_vector<ItemCounter>& counters, unsigned slot)
-{
-    if (counters.contains(slot))
-        counters[slot].counter->hasLimits = false;
-    counters.erase(slot);
-}
-
 } // namespace
 
 /// An id of a kind that the operation doesn't know.
@@ -56,7 +48,14 @@ unsigned Render::createLabel(const std::string& text)
 unsigned Render::createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period)
 {
     history.makeRoom(counters.nextIndex());
-    return place(counters, ItemType::Counter, ItemCounter(name, std::move(counter)), counterSchedule, period);
+    ItemCounter item(name, std::move(counter));
+    if (item.counter->hasLimits)
+        printLimits(item);
+    Rollback printing([this, shown = item.limits] { removeLimits(shown); });
+    const unsigned id = place(counters, ItemType::Counter, std::move(item), counterSchedule, period);
+    if (id != INVALID_ID)
+        printing.done();
+    return id;
 }
 
 unsigned Render::createTable(const std::string& name, std::function<std::size_t()> rowCount, float period)
@@ -120,6 +119,29 @@ void Render::clearPresets()
     *cleared = std::move(presets);
 }
 
+/// As they are now.
+void Render::printLimits(ItemCounter& item)
+{
+    item.limits = printedLimits.emplace(ShownLimits(*item.counter));
+}
+
+void Render::removeLimits(unsigned slot)
+{
+    if (slot != INVALID_ID)
+        printedLimits.erase(slot);
+}
+
+/// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
+/// it reads may be gone with the counter.
+void Render::removeCounter(unsigned slot)
+{
+    if (counters.contains(slot)) {
+        counters[slot].counter->hasLimits = false;
+        removeLimits(counters[slot].limits);
+    }
+    counters.erase(slot);
+}
+
 /// A refresh, sort or sum that is under way calls no more functors of the table, either.
 void Render::removeTable(unsigned slot)
 {
@@ -138,7 +160,7 @@ void Render::removeItem(unsigned id)
         history.forget(slot);
         counterSchedule.stop(slot);
         historyView.ranges.forget(slot);
-        return removeCounter(counters, slot);
+        return removeCounter(slot);
     case ItemType::Table:
         tableSchedule.stop(slot);
         return removeTable(slot);

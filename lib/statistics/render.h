@@ -59,6 +59,11 @@ public:
     /// True if a table at this address is on the panel.
     bool holdsTable(const Table* table) const;
     ItemPreset& getPreset(unsigned slot);
+    /// Null for a counter that shows none.
+    const ShownLimits* shownLimits(const ItemCounter& item) const
+    {
+        return item.showsLimits() ? &printedLimits[item.limits] : nullptr;
+    }
     void forEachCounter(const std::function<void(ItemCounter&)>& visit);
     /// That many samples of each counter, the newest; to be handed to `setHistory`.
     History resizedHistory(std::size_t samples) const;
@@ -83,6 +88,8 @@ public:
 
     free_slot_vector<std::string> labels;
     free_slot_vector<ItemCounter> counters;
+    free_slot_vector<ShownLimits>
+        printedLimits; ///< of `counters`, away from what reading all of those touches
     free_slot_vector<ItemTable> tables;
     free_slot_vector<ItemPreset> presets;
     free_slot_vector<ItemCheckbox> checkboxes;
@@ -116,6 +123,9 @@ private:
 
     static void reportWrongType();
 
+    void printLimits(ItemCounter& item);
+    void removeLimits(unsigned slot);
+    void removeCounter(unsigned slot);
     void removeTable(unsigned slot);
     void showValue(unsigned slot, const CounterValue& value);
     bool drawLabel(unsigned slot, bool hasChildren);

@@ -93,12 +93,13 @@ void Render::updateCounter(unsigned slot)
     ItemCounter* item = counterItem(slot, counter);
     if (!item)
         return;
-    if (!item->limits) {
-        item->printLimits();
+    if (item->limits == INVALID_ID) {
+        printLimits(*item);
         lineChanges.note(slot);
     }
-    item->limits->weight = weight;
-    item->limits->crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
+    ShownLimits& shown = printedLimits[item->limits];
+    shown.weight = weight;
+    shown.crossed = options.markOutside ? crossedLimit(judged, counter) : ECrossed::None;
 }
 
 void Render::showValue(unsigned slot, const CounterValue& value)

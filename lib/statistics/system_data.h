@@ -52,13 +52,16 @@ struct System::Data {
         const CallScope call;
         const std::shared_ptr<const CounterList> list = listCounters();
         Tree::Walk walk(tree);
-        for (std::size_t index = 0; index < list->entries.size(); ++index) {
-            const CounterList::Entry& entry = list->entries[index];
-            if (index + CounterList::kAhead < list->entries.size())
-                list->entries[index + CounterList::kAhead].prefetchCounter();
-            walk.moveTo(entry.spot);
-            visit(entry);
-            if (tree.revision() != list->revision)
+        const std::uint64_t revision = list->revision;
+        const CounterList::Entry* entry = list->entries.data();
+        const CounterList::Entry* const end = entry + list->entries.size();
+        const CounterList::Entry* ahead = entry + std::min(list->entries.size(), CounterList::kAhead);
+        for (; entry != end; ++entry) {
+            if (ahead != end)
+                (ahead++)->prefetchCounter();
+            walk.moveTo(entry->spot);
+            visit(*entry);
+            if (tree.revision() != revision)
                 return forEachCounterLeft(walk, visit);
         }
     }

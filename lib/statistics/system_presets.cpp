@@ -55,7 +55,7 @@ std::vector<GivenLimits> givenLimits(const free_slot_vector<ItemCounter>& counte
         const Limit* known = limitOf(counter, limits);
         given.push_back({known ? *known : Limit{0.0f, 0.0f}, {}});
         const Limit& limit = given.back().limit;
-        if (counters[slot].limits)
+        if (counters[slot].limits != INVALID_ID)
             given.back().texts = LimitTexts(limit.min, limit.max, counter.limitFormat);
     }
     return given;
@@ -68,16 +68,17 @@ void System::choosePreset(std::size_t index)
 {
     if (!ORV_ASSERT(index < limitPresets.size()))
         return;
-    free_slot_vector<ItemCounter>& counters = m_data->render.counters;
+    Render& render = m_data->render;
+    free_slot_vector<ItemCounter>& counters = render.counters;
     std::vector<GivenLimits> given = givenLimits(counters, limitPresets[index]);
     activePreset = index;
     auto next = given.begin();
     for (auto slot = counters.begin(); slot != counters.end(); slot = counters.next(slot), ++next) {
         counters[slot].counter->setLimits(next->limit.min, next->limit.max);
-        if (counters[slot].limits)
-            std::swap(counters[slot].limits->texts, next->texts);
+        if (counters[slot].limits != INVALID_ID)
+            std::swap(render.printedLimits[counters[slot].limits].texts, next->texts);
     }
-    m_data->render.lineChanges.noteAll(); // the limits' texts may take other room
+    render.lineChanges.noteAll(); // the limits' texts may take other room
 }
 
 /// The group's label stays: the user finds the group open or closed as it was.

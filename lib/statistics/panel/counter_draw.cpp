@@ -40,14 +40,14 @@ ImVec4 barColor(float weight)
 
 /// Calls `watch` behind the bar.
 template<typename Watch>
-void drawBar(const ItemCounter& item, const Watch& watch)
+void drawBar(float weight, const std::string& text, const Watch& watch)
 {
-    const ImVec4 color = barColor(item.limits->weight);
+    const ImVec4 color = barColor(weight);
     const widgets::ColorScope background(ImGuiCol_FrameBg,
                                          ImVec4(color.x, color.y, color.z, kBarBackgroundAlpha));
     const widgets::ColorScope fill(ImGuiCol_PlotHistogram, color);
     const widgets::ItemWidthScope width(layout::scaled(layout::kBarWidth));
-    widgets::progressBar(item.limits->weight, item.valueText);
+    widgets::progressBar(weight, text);
     watch();
 }
 
@@ -60,13 +60,14 @@ void drawLimit(const std::string& limit, bool crossed)
 }
 
 template<typename Watch>
-void drawLimitedValue(const ItemCounter& item, ECrossed crossed, const Watch& watch)
+void drawLimitedValue(const std::string& value, const ShownLimits& limits, ECrossed crossed,
+                      const Watch& watch)
 {
-    drawLimit(item.limits->texts.minText, crossed == ECrossed::Min);
+    drawLimit(limits.texts.minText, crossed == ECrossed::Min);
     ImGui::SameLine(0.0f, -1.0f);
-    drawBar(item, watch);
+    drawBar(limits.weight, value, watch);
     ImGui::SameLine(0.0f, -1.0f);
-    drawLimit(item.limits->texts.maxText, crossed == ECrossed::Max);
+    drawLimit(limits.texts.maxText, crossed == ECrossed::Max);
 }
 
 bool drawCaption(const std::string& name, bool hasChildren, bool opensAtFirst)
@@ -94,8 +95,9 @@ bool Render::drawCounter(unsigned slot, bool hasChildren)
         if (history.isOn())
             watchHistory(slot);
     };
-    if (item.showsLimits()) {
-        drawLimitedValue(item, options.markOutside ? item.limits->crossed : ECrossed::None, watch);
+    if (const ShownLimits* shown = shownLimits(item)) {
+        const ECrossed crossed = options.markOutside ? shown->crossed : ECrossed::None;
+        drawLimitedValue(item.valueText, *shown, crossed, watch);
     } else {
         widgets::text(item.valueText);
         watch();

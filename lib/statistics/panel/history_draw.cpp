@@ -166,7 +166,8 @@ std::string limitText(const CounterValue& limit, const std::string& text)
     return isNumber(limit) && !isFiniteLimit(limit) ? "none" : text;
 }
 
-void showNumbers(const ItemCounter& item, Past::EKind kind, const PastSummary& summary)
+void showNumbers(const ItemCounter& item, const ShownLimits* shown, Past::EKind kind,
+                 const PastSummary& summary)
 {
     const Counter& counter = *item.counter;
     if (summary.finite > 0) {
@@ -175,12 +176,12 @@ void showNumbers(const ItemCounter& item, Past::EKind kind, const PastSummary& s
         showPair("highest", sampleText(summary.range.highest, kind, counter.format));
     }
     showPair("last", item.valueText);
-    if (item.showsLimits())
-        showPair("limits", limitText(counter.min, item.limits->texts.minText) + " to " +
-                               limitText(counter.max, item.limits->texts.maxText));
+    if (shown)
+        showPair("limits", limitText(counter.min, shown->texts.minText) + " to " +
+                               limitText(counter.max, shown->texts.maxText));
 }
 
-void showPast(const ItemCounter& item, const Past& past, float period)
+void showPast(const ItemCounter& item, const ShownLimits* shown, const Past& past, float period)
 {
     const std::vector<float> samples = past.samples(); // side by side: they are read more than once
     const PastSummary summary(samples);
@@ -189,13 +190,13 @@ void showPast(const ItemCounter& item, const Past& past, float period)
                       layout::scaled(layout::kPlotSize));
         widgets::text(spanText(samples.size(), period));
     }
-    showNumbers(item, past.kind, summary);
+    showNumbers(item, shown, past.kind, summary);
     const std::string note = noteText(summary);
     if (!note.empty())
         widgets::text(note);
 }
 
-void showTooltip(const std::string& path, const ItemCounter& item, const Past& past, float period)
+void showTooltip(const std::string& path, const Render& render, unsigned slot)
 {
     const widgets::TooltipScope tooltip(layout::kTooltipWidth);
     if (!tooltip.open)
@@ -204,7 +205,8 @@ void showTooltip(const std::string& path, const ItemCounter& item, const Past& p
         const widgets::ColorScope color(ImGuiCol_Text, widgets::labelColor);
         widgets::text(path);
     }
-    showPast(item, past, period);
+    const ItemCounter& item = render.counters[slot];
+    showPast(item, render.shownLimits(item), render.history.past(slot), render.counterSchedule.period(slot));
 }
 
 void showPointedAt(System::Data& data)
@@ -215,8 +217,7 @@ void showPointedAt(System::Data& data)
     if (node == INVALID_ID)
         return;
     const std::string path = data.tree.path(node, data.render);
-    showTooltip(path, data.render.counters[slot], data.render.history.past(slot),
-                data.render.counterSchedule.period(slot));
+    showTooltip(path, data.render, slot);
     if (ImGui::IsMouseClicked(1, false)) {
         view.menuNode = node;
         view.menuPath = path;

@@ -24,14 +24,13 @@ bool isOneLine(const std::string& text)
     return lineCount(text) == 1;
 }
 
-ELine lineOf(const ItemCounter& item)
+ELine lineOf(const ItemCounter& item, const ShownLimits* shown)
 {
     if (!isOneLine(item.name) || !isOneLine(item.valueText))
         return ELine::Other;
-    if (!item.showsLimits())
+    if (!shown)
         return ELine::Text;
-    const LimitTexts& limits = item.limits->texts;
-    return isOneLine(limits.minText) && isOneLine(limits.maxText) ? ELine::Bar : ELine::Other;
+    return isOneLine(shown->texts.minText) && isOneLine(shown->texts.maxText) ? ELine::Bar : ELine::Other;
 }
 
 ELine lineOf(const Render& render, unsigned item)
@@ -41,7 +40,7 @@ ELine lineOf(const Render& render, unsigned item)
     case ItemType::Label:
         return isOneLine(render.labels[slot]) ? ELine::Text : ELine::Other;
     case ItemType::Counter:
-        return lineOf(render.counters[slot]);
+        return lineOf(render.counters[slot], render.shownLimits(render.counters[slot]));
     default:
         return ELine::Other;
     }
