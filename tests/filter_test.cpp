@@ -211,6 +211,15 @@ TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
     show();
     type("lost");
     EXPECT_EQ(ui.read().lines()[1], "the host's | Clear | no match");
+    system().setFilter("\xFF\xFE"); // no characters
+    show();
+    begin();
+    type("cpu");
+    EXPECT_EQ(system().filter(), "\uFFFD\uFFFDcpu");
+    for (int times = 0; times < 5; ++times)
+        ui.pressKey(ImGuiKey_Backspace);
+    type("cpu");
+    EXPECT_EQ(system().filter(), "cpu");
     ui.click("Clear");
     EXPECT_EQ(ui.read().lines(), before);
     begin();

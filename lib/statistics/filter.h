@@ -75,7 +75,8 @@ private:
     std::uint64_t m_version = 0;
     std::vector<Mark> m_marks; ///< by node
     std::size_t m_matchCount = 0;
-    std::string m_field; ///< what the panel's field shows
+    std::string m_field;              ///< what the panel's field shows
+    std::uint64_t m_fieldEdition = 0; ///< of the text that it was made from
     // Memory for a refresh.
     std::vector<Level> m_levels;
     std::string m_path; ///< in lower case

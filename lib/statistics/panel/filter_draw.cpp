@@ -39,15 +39,18 @@ void Filter::drawLine(const Tree& tree, const Render& render)
 /// newer releases of ImGui hand over once more when the field is left.
 void Filter::drawField()
 {
-    const bool setElsewhere = m_field != m_text;
+    const bool setElsewhere = m_fieldEdition != m_edition;
     if (setElsewhere) {
         widgets::leaveTextField(kField);
-        m_field = m_text;
+        m_field = widgets::editable(m_text);
     }
     ImGui::SetNextItemWidth(layout::scaled(layout::kFilterWidth));
     const bool typed = widgets::textField(kField, "words of a path, -word without it", m_field);
-    if (typed && !setElsewhere)
+    if (typed && setElsewhere)
+        return;
+    if (typed)
         set(m_field);
+    m_fieldEdition = m_edition;
 }
 
 void Filter::drawMatchCount() const

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace statistics::widgets {
 
@@ -197,6 +198,19 @@ int resizeText(ImGuiInputTextCallbackData* data)
 }
 
 } // namespace
+
+std::string editable(const std::string& text)
+{
+    constexpr std::size_t kLongest = 4; // bytes of a character
+    std::vector<ImWchar> characters(text.size() + 1);
+    const int count = ImTextStrFromUtf8(characters.data(), static_cast<int>(characters.size()), text.data(),
+                                        text.data() + text.size());
+    std::string result(static_cast<std::size_t>(count) * kLongest + 1, '\0');
+    const int length = ImTextStrToUtf8(result.data(), static_cast<int>(result.size()), characters.data(),
+                                       characters.data() + count);
+    result.resize(static_cast<std::size_t>(length));
+    return result;
+}
 
 bool textField(const char* id, const char* hint, std::string& text)
 {
