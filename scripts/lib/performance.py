@@ -123,12 +123,13 @@ WHERE_LIMITS_LIE = """
 ## Where an aim is missed or near, and why
 
 - *draw, counters in view*: 1.05 to 1.16 from run to run; what it adds is the tree around the lines.
-- *collect warnings*, at 60,000: the list of counters is read in order, but the counters themselves lie between other
-  things of the library's in memory, by hand between their paths alone. Fetching each of them some steps ahead took a
-  third off, fewer of the library's things between them a quarter, and fetching earlier a tenth. What else runs on the
-  machine, and takes its share of the cache, moves the ratio from 1.4 to 2.
+- *collect warnings*, at 60,000: the list of counters is read in order, but the counters themselves lie all over the
+  memory. Fetching each of them some steps ahead took a third off, and laying what is printed of limits into a pool of
+  its own, no longer between the counters, a fifth. What else runs on the machine, and takes its share of the cache,
+  moves the ratio by a third.
 - *snapshot, take* and *snapshot, scan files*: both sides keep a record, ours with values of any kind, 72 bytes an
-  entry against 40 by hand. Looking in the root for what killed processes left is a tenth of the time for 100.
+  entry against 40 by hand. Ours writes a file without a name and names it when it is whole, by hand one that is
+  renamed: a killed process leaves nothing to look for, which was a tenth of the time for 100.
 - *comparison, bring in snapshots*, of few: each caption's row has to be found and made, which the copies by hand
   aren't held to.
 - *table, sort*: before each value the number of rows is asked and the getter looked for, since a getter may shrink the
@@ -140,12 +141,13 @@ WHERE_LIMITS_LIE = """
 - *memory per counter*, stores full: 224 bytes are the `Counter` that the host makes, with the functor that is left out
   here, 96 its slot, with the name, and its times, 18 what its removal needs, taken when it is made, and some 80 its
   node and what finds it: nodes stand in 102,400 slots by then. Just grown, half of the slots of counters are empty, too.
-- *update, all due, past of 240 against none*: 22 instructions beside 600. At 60,000 a sample also goes into memory that
-  was last touched 240 samples ago. It was a third more where the past was turned on before the counters came: each
+- *update, all due, past of 240 against none*: 25 instructions beside 590. At 60,000 a sample also goes into memory that
+  was last touched 240 samples ago: each 16th counter waited for it until the next line is fetched ahead. Two copies of
+  the library without a past differ by some 3 % there, by where their counters lie. It was a third more where the past was turned on before the counters came: each
   move of a block of samples left a hole, and counters were laid into the holes, far from each other. Blocks now move
   less often the more counters there are.
 - *metrics, publish*: by hand a vector of 400 KB is made each time, and costs 70 to 190 µs, as memory is kept
-  or mapped anew. With limits ours copies three values of each counter, by hand one is copied.
+  or mapped anew.
 
 ## Tried, without a gain
 
@@ -153,8 +155,8 @@ WHERE_LIMITS_LIE = """
   numbers at once, and then finds none: 10 µs at 10,000 counters where blocks of 32 take 2.
 - *table, sort*, a loop of its own for merging in place of `std::merge`, which calls `memmove` for the rest of each pair
   of runs: 1.39 to 1.43 at 100,000 rows with either.
-- *update, all due, past of 240 against none*, blocks of 1,024 or 4,096 counters, and fetching the place of later
-  samples ahead, in the same block or in the next one: 1.04 to 1.11 at 60,000 with and without.
+- *update, all due, past of 240 against none*, at 60,000, beside fetching the next line: blocks of 512 or 1,024 counters,
+  all cursors in one array, and fetching two or four lines ahead, each the same within the noise.
 """
 
 
