@@ -143,9 +143,9 @@ WHERE_LIMITS_LIE = """
   node and what finds it: nodes stand in 102,400 slots by then. Just grown, half of the slots of counters are empty, too.
 - *update, all due, past of 240 against none*: 25 instructions beside 590. At 60,000 a sample also goes into memory that
   was last touched 240 samples ago: each 16th counter waited for it until the next line is fetched ahead. Two copies of
-  the library without a past differ by some 3 % there, by where their counters lie. It was a third more where the past was turned on before the counters came: each
-  move of a block of samples left a hole, and counters were laid into the holes, far from each other. Blocks now move
-  less often the more counters there are.
+  the library without a past differ by some 3 % there, by where their counters lie. It was a third more where the past
+  was turned on before the counters came: each move of a block of samples left a hole, and counters were laid into the
+  holes, far from each other. Blocks now move less often the more counters there are.
 - *metrics, publish*: by hand a vector of 400 KB is made each time, and costs 70 to 190 µs, as memory is kept
   or mapped anew.
 
