@@ -10,10 +10,12 @@
 #include <csignal>
 #include <locale>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #ifndef _WIN32
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #endif
@@ -269,18 +271,24 @@ TEST_F(SnapshotFile, whatKilledProcessesLeftGoesWithTheNextAndNothingElse)
 
 TEST_F(SnapshotFile, aNamelessFileIsSeenWhenItIsWholeAndReplacesNothing)
 {
-    std::error_code error;
-    const auto file = statistics::NativeFile::createNameless(dir(""), error);
-    if (error)
-        GTEST_SKIP() << error.message();
-    file.write("whole", error);
-    EXPECT_EQ(filesIn(dir("")), 0u);
-    file.giveName(dir("one"), error);
-    EXPECT_EQ(dir.read("one"), "whole") << error.message();
-    dir.write("two", "mine");
-    file.giveName(dir("two"), error);
-    EXPECT_EQ(error, std::errc::file_exists);
-    EXPECT_EQ(dir.read("two"), "mine");
+    const auto writeAndName = [this] {
+#ifdef CLONE_FILES
+        unshare(CLONE_FILES); // descriptors of the thread's own
+#endif
+        std::error_code error;
+        const auto file = statistics::NativeFile::createNameless(dir(""), error);
+        if (error)
+            GTEST_SKIP() << error.message();
+        file.write("whole", error);
+        EXPECT_EQ(filesIn(dir("")), 0u);
+        file.giveName(dir("one"), error);
+        EXPECT_EQ(dir.read("one"), "whole") << error.message();
+        dir.write("two", "mine");
+        file.giveName(dir("two"), error);
+        EXPECT_EQ(error, std::errc::file_exists);
+        EXPECT_EQ(dir.read("two"), "mine");
+    };
+    std::thread(writeAndName).join();
 }
 
 /// A folder on another file system than `here`, wherever that is.

@@ -86,8 +86,8 @@ struct ItemCounter {
 
     std::string name;
     std::string valueText; ///< empty until the first sample
-    unsigned limits =
-        INVALID_ID; ///< in `Render::printedLimits`; none for a counter that has had no limits yet
+    /// In `Render::printedLimits`; none for a counter that has had no limits yet.
+    unsigned limits = INVALID_ID;
     CallScope::Owner<Counter> counter;
 };
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <string>
+#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
@@ -124,8 +124,10 @@ void NativeFile::giveName(const std::filesystem::path& path, std::error_code& er
         error = lastError();
     else
         twin.close(error);
-    const std::string open = "/proc/self/fd/" + std::to_string(m_handle);
-    if (!error && linkat(AT_FDCWD, open.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
+    // Not of the process: a thread may have descriptors of its own, and the number be another file's there.
+    char open[48];
+    std::snprintf(open, sizeof(open), "/proc/thread-self/fd/%d", m_handle);
+    if (!error && linkat(AT_FDCWD, open, AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) != 0)
         error = lastError();
 }
 

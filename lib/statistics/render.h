@@ -88,8 +88,8 @@ public:
 
     free_slot_vector<std::string> labels;
     free_slot_vector<ItemCounter> counters;
-    free_slot_vector<ShownLimits>
-        printedLimits; ///< of `counters`, away from what reading all of those touches
+    /// Of `counters`, away from what reading all of those touches.
+    free_slot_vector<ShownLimits> printedLimits;
     free_slot_vector<ItemTable> tables;
     free_slot_vector<ItemPreset> presets;
     free_slot_vector<ItemCheckbox> checkboxes;

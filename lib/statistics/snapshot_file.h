@@ -83,10 +83,10 @@ struct SnapshotWriting {
 
 /// Writes `<root>/<relativePath>`, where `relativePath` is `<folder>/<name>`, with the directories that are
 /// missing. What stands at that name is replaced whole, or stays as it is. The file has no name until it is
-/// whole; where the system knows no such files, or something stands at the name, it is made in `root` and
-/// renamed into place. Nothing is written through a link or into a pipe that stands there. Where that can't
-/// be done either, for the folder lies on another device or no file can be made in `root`, the old file is
-/// removed and the new one made in its place.
+/// whole; where that fails, for the system knows no such files or something stands at the name, it is made in
+/// `root` and renamed into place. Nothing is written through a link or into a pipe that stands there. Where
+/// that can't be done either, for the folder lies on another device or no file can be made in `root`, the old
+/// file is removed and the new one made in its place.
 SnapshotWriting writeSnapshotFile(const std::string& root, const std::string& relativePath,
                                   const SnapshotValues& values);
 /// Removes what processes that were killed in a writing have left in `root`, as a writing does that needs a

@@ -10,6 +10,7 @@
 
 #include <statistics/system.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
