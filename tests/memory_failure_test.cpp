@@ -18,7 +18,8 @@ class MemoryFailure : public test::Panel {
 protected:
     using State = std::vector<std::string>;
 
-    /// Items of each kind, two presets; with `full`, the next node makes the tree grow, and there is a past.
+    /// Items of each kind, two presets; with `full`, the next node makes the tree grow, the next counter its
+    /// pool, and there is a past.
     void build(bool full)
     {
         System::shutdown();
@@ -35,6 +36,9 @@ protected:
             system().createPreset(name, {{"key", {1.0f, 2.0f}}});
         if (full)
             setOption(&Options::history, 4);
+        const auto& counters = TestAccess::render().counters;
+        while (full && counters.nextIndex() < counters.size())
+            system().createChildrenCounter(std::to_string(counters.nextIndex()), 0, 0.0f, "", 0);
         sample();
         while (full && TestAccess::tree().nextId() < TestAccess::tree().m_nodes.size())
             system().createLabel(std::to_string(TestAccess::tree().nextId()));
