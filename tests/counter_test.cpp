@@ -123,6 +123,19 @@ TEST_F(Counters, colourTheirBarByTheWeight)
     }
 }
 
+TEST_F(Counters, mayGetTheirLimitsLateAndLoseThem)
+{
+    auto late = std::make_unique<Counter>([] { return 5; });
+    Counter& counter = *late;
+    system().createCounter("Late", std::move(late), 0, 0);
+    EXPECT_EQ(line("Late"), "Late | 5");
+    counter.setLimits(1, 9);
+    counter.hasLimits = true;
+    EXPECT_EQ(line("Late"), "Late | 1 | 5 | 9");
+    counter.hasLimits = false;
+    EXPECT_EQ(line("Late"), "Late | 5");
+}
+
 TEST_F(Counters, mayRemoveThemselvesWhileTheyAreReadAndAreNotReadAgain)
 {
     int readings = 0;
