@@ -119,10 +119,13 @@ void Window::pollEvents(const std::function<void(int)>& onKey)
 
 void Window::beginFrame()
 {
+    ImGuiIO& io = ImGui::GetIO();
+    const ImVec2 size = io.DisplaySize;
     ImGui_ImplOpenGL3_NewFrame();
     ImGui_ImplGlfw_NewFrame();
+    if (m_displayLost) // GLFW tells any size then
+        io.DisplaySize = ImVec2(std::max(size.x, 0.0f), std::max(size.y, 0.0f));
     // A double click takes three frames, press, release and press, and on a busy machine they may be long.
-    ImGuiIO& io = ImGui::GetIO();
     io.MouseDoubleClickTime = std::max(kDoubleClickTime, 4 * io.DeltaTime);
     ImGui::NewFrame();
 }
