@@ -9,6 +9,18 @@ namespace {
 
 constexpr float kGap = std::numeric_limits<float>::quiet_NaN();
 
+/// Sampling likes wide blocks, a counter that comes narrow ones: its block may have to move.
+unsigned laneBitsFor(std::size_t capacity)
+{
+    constexpr unsigned kFewest = 8;
+    constexpr unsigned kMost = 11;
+    constexpr std::size_t kSamples = std::size_t{1} << 19u; // in a block of more than the fewest lanes
+    unsigned bits = kFewest;
+    while (bits < kMost && capacity << (bits + 1) <= kSamples)
+        ++bits;
+    return bits;
+}
+
 } // namespace
 
 std::vector<float> Past::samples() const
@@ -20,66 +32,57 @@ std::vector<float> Past::samples() const
     return all;
 }
 
-History::Block::Block(std::uint32_t lanes, std::uint32_t capacity)
-    : width(lanes),
-      end(lanes * capacity),
-      samples(new float[end]),
-      cursors(std::make_unique<Cursor[]>(lanes)),
-      laps(std::make_unique<std::uint16_t[]>(lanes))
-{
-    for (std::uint32_t lane = 0; lane < lanes; ++lane)
-        start(lane);
-}
-
-void History::Block::start(std::uint32_t lane) noexcept
-{
-    cursors[lane] = Cursor(Past::EKind::Decimal, lane);
-    laps[lane] = 0;
-}
-
-Past History::Block::past(std::uint32_t lane) const
-{
-    const std::uint64_t count = (std::uint64_t{laps[lane]} * end + cursors[lane].next()) / width;
-    return {&samples[lane], width, end / width, count, cursors[lane].kind()};
-}
-
-void History::Block::beginLap(std::uint32_t lane) noexcept
-{
-    laps[lane] = laps[lane] == std::numeric_limits<std::uint16_t>::max() ? 1 : laps[lane] + 1;
-}
-
-/// The rows that have been reached: the others aren't initialised, and take no memory before a sample comes.
-void History::Block::copyTo(Block& wider) const noexcept
-{
-    std::size_t rows = 0;
-    for (std::uint32_t lane = 0; lane < width; ++lane) {
-        rows = std::max(rows, past(lane).size());
-        const std::uint32_t row = cursors[lane].next() / width;
-        wider.cursors[lane] = Cursor(cursors[lane].kind(), row * wider.width + lane);
-        wider.laps[lane] = laps[lane];
-    }
-    for (std::size_t row = 0; row < rows; ++row)
-        std::copy_n(&samples[row * width], width, &wider.samples[row * wider.width]);
-}
-
 History::History(std::size_t capacity)
-    : m_capacity(static_cast<std::uint32_t>(std::min(capacity, kMostSamples)))
+    : m_capacity(static_cast<std::uint32_t>(std::min(capacity, kMostSamples))),
+      m_laneBits(laneBitsFor(m_capacity))
 {
 }
 
 void History::makeRoom(unsigned slot)
 {
-    const std::size_t index = slot / kLanes;
-    const std::uint32_t needed = slot % kLanes + 1;
+    const std::size_t index = blockOf(slot);
+    const std::uint32_t needed = laneOf(slot) + 1;
     const std::uint32_t width = index < m_blocks.size() ? m_blocks[index].width : 0;
     if (!isOn() || needed <= width)
         return;
     const std::uint32_t spare = std::max(width / 16, slot / 64);
-    Block wider(std::min(needed + spare, std::uint32_t{kLanes}), m_capacity);
+    Block wider(std::min(needed + spare, 1u << m_laneBits), m_capacity);
     if (index >= m_blocks.size())
         m_blocks.resize(index + 1);
-    m_blocks[index].copyTo(wider);
-    m_blocks[index] = std::move(wider);
+    makeCursors(slot - laneOf(slot) + wider.width - 1);
+    moveTo(wider, index);
+}
+
+void History::makeCursors(unsigned lastSlot)
+{
+    if (lastSlot < m_cursors.size())
+        return;
+    m_laps.resize(lastSlot + 1);
+    m_cursors.reserve(m_laps.capacity());
+    while (m_cursors.size() <= lastSlot)
+        m_cursors.emplace_back(Past::EKind::Decimal, laneOf(static_cast<unsigned>(m_cursors.size())));
+}
+
+/// The rows that have been reached: the others aren't initialised, and take no memory before a sample comes.
+void History::moveTo(Block& wider, std::size_t index) noexcept
+{
+    Block& block = m_blocks[index];
+    const auto first = static_cast<unsigned>(index << m_laneBits);
+    std::size_t rows = 0;
+    for (unsigned lane = 0; lane < block.width; ++lane) {
+        Cursor& cursor = m_cursors[first + lane];
+        rows = std::max(rows, past(first + lane).size());
+        cursor = Cursor(cursor.kind(), cursor.next() / block.width * wider.width + lane);
+    }
+    for (std::size_t row = 0; row < rows; ++row)
+        std::copy_n(&block.samples[row * block.width], block.width, &wider.samples[row * wider.width]);
+    block = std::move(wider);
+}
+
+void History::beginLap(unsigned slot) noexcept
+{
+    std::uint16_t& laps = m_laps[slot];
+    laps = laps == std::numeric_limits<std::uint16_t>::max() ? 1 : laps + 1;
 }
 
 /// Of a value that isn't a decimal.
@@ -100,13 +103,20 @@ void History::addAll(unsigned slot, const Past& past) noexcept
 
 void History::forget(unsigned slot) noexcept
 {
-    if (hasRoom(slot))
-        m_blocks[slot / kLanes].start(slot % kLanes);
+    if (!hasRoom(slot))
+        return;
+    m_cursors[slot] = Cursor(Past::EKind::Decimal, laneOf(slot));
+    m_laps[slot] = 0;
 }
 
 Past History::past(unsigned slot) const
 {
-    return hasRoom(slot) ? m_blocks[slot / kLanes].past(slot % kLanes) : Past();
+    if (!hasRoom(slot))
+        return {};
+    const Block& block = m_blocks[blockOf(slot)];
+    const Cursor cursor = m_cursors[slot];
+    const std::uint64_t count = (std::uint64_t{m_laps[slot]} * block.end + cursor.next()) / block.width;
+    return {&block.samples[laneOf(slot)], block.width, m_capacity, count, cursor.kind()};
 }
 
 } // namespace statistics

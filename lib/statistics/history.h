@@ -56,9 +56,10 @@ private:
 
 /// The past of every counter: the newest samples, known by the counter's slot in its pool.
 ///
-/// Counters stand in blocks of 256, whose samples of one moment lie side by side: counters that are sampled
-/// one after the other fill one page, where rings of their own would cost a miss each. A counter costs 6
-/// bytes besides its samples. A block has room for the counters in it; where they come one by one, for a
+/// Counters stand in blocks, whose samples of one moment lie side by side: counters that are sampled one
+/// after the other fill page after page, where rings of their own would cost a miss each. A block is as wide
+/// as it can be within some megabytes, for each new one is a miss, too. A counter costs 6 bytes besides its
+/// samples. A block has room for the counters in it; where they come one by one, for a
 /// sixteenth more or for a 64th of all counters, so that not each of them moves the block: what hosts
 /// allocate next fills the holes that moved blocks leave, and counters scattered over them cost more than
 /// their past. What a removed counter leaves is kept for the next one in its slot.
@@ -88,8 +89,6 @@ public:
     Past past(unsigned slot) const;
 
 private:
-    static constexpr unsigned kLanes = 256;
-
     /// Where the next sample of a counter goes in its block, and the kind of the last number: one word, for
     /// sampling reads and writes it each time.
     class Cursor {
@@ -110,30 +109,34 @@ private:
     };
     /// `capacity` rows of a sample for each of `width` counters.
     struct Block {
-        Block(std::uint32_t lanes, std::uint32_t capacity);
+        Block(std::uint32_t lanes, std::uint32_t capacity)
+            : samples(new float[std::size_t{lanes} * capacity]), width(lanes), end(lanes * capacity)
+        {
+        }
         Block() = default;
 
-        Past past(std::uint32_t lane) const;
-        void start(std::uint32_t lane) noexcept;
-        void beginLap(std::uint32_t lane) noexcept;
-        void copyTo(Block& wider) const noexcept;
-
+        std::unique_ptr<float[]> samples;
         std::uint32_t width = 0;
         std::uint32_t end = 0; ///< of the samples
-        std::unique_ptr<float[]> samples;
-        std::unique_ptr<Cursor[]> cursors;
-        std::unique_ptr<std::uint16_t[]> laps; ///< rounds so far; from the greatest number on 1 again
     };
 
+    std::size_t blockOf(unsigned slot) const { return slot >> m_laneBits; }
+    std::uint32_t laneOf(unsigned slot) const { return slot & ((1u << m_laneBits) - 1); }
     bool hasRoom(unsigned slot) const
     {
-        return slot / kLanes < m_blocks.size() && slot % kLanes < m_blocks[slot / kLanes].width;
+        return blockOf(slot) < m_blocks.size() && laneOf(slot) < m_blocks[blockOf(slot)].width;
     }
+    void makeCursors(unsigned lastSlot);
+    void moveTo(Block& wider, std::size_t index) noexcept;
     void addOther(unsigned slot, const CounterValue& value) noexcept;
     void push(unsigned slot, Past::EKind kind, float sample) noexcept;
+    void beginLap(unsigned slot) noexcept;
 
     std::uint32_t m_capacity;
+    unsigned m_laneBits; ///< of the slots in a block: their number is a power of two
     std::vector<Block> m_blocks;
+    std::vector<Cursor> m_cursors;     ///< by slot
+    std::vector<std::uint16_t> m_laps; ///< by slot: rounds so far; from the greatest number on 1 again
 };
 
 // Decimals, as most values are, cost sampling a few instructions and no call.
@@ -148,19 +151,16 @@ inline void History::add(unsigned slot, const CounterValue& value) noexcept
 
 inline void History::push(unsigned slot, Past::EKind kind, float sample) noexcept
 {
-    Block& block = m_blocks[slot / kLanes];
-    const unsigned lane = slot % kLanes;
-    std::uint32_t next = block.cursors[lane].next();
+    const Block& block = m_blocks[blockOf(slot)];
+    std::uint32_t next = m_cursors[slot].next();
     block.samples[next] = sample;
-    // Of the counters that are likely to come next.
-    prefetchNextLine(&block.cursors[lane]);
-    prefetchNextLine(&block.samples[next]);
+    prefetchNextLine(&block.samples[next]); // of the counters that are likely to come next
     next += block.width;
     if (next >= block.end) {
         next -= block.end; // to its first row
-        block.beginLap(lane);
+        beginLap(slot);
     }
-    block.cursors[lane] = Cursor(kind, next);
+    m_cursors[slot] = Cursor(kind, next);
 }
 
 } // namespace statistics

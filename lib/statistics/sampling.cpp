@@ -3,6 +3,7 @@
 #include "render.h"
 
 #include "call_scope.h"
+#include "judging.h"
 #include "pinned.h"
 #include "stack_tracker.h"
 #include "table_order.h"
@@ -13,6 +14,8 @@
 namespace statistics {
 
 namespace {
+
+constexpr unsigned kAhead = 8; ///< slots, on the way from memory while another counter is sampled
 
 bool isDigit(char byte)
 {
@@ -46,8 +49,11 @@ void Render::update(float dt, bool enabled)
         return;
     // A sample may create and remove items: each search begins behind the slot that was sampled last.
     for (unsigned slot = 0; (slot = counterSchedule.findDue(slot, dt)) != Schedule::npos; ++slot)
-        if (counters.contains(slot))
+        if (counters.contains(slot)) {
+            if (counters.contains(slot + kAhead))
+                prefetchCounter(*counters[slot + kAhead].counter);
             updateCounter(slot);
+        }
     for (unsigned slot = 0; (slot = tableSchedule.findDue(slot, dt)) != Schedule::npos; ++slot)
         if (tables.contains(slot))
             updateTable(slot);

@@ -2,7 +2,7 @@
 
 #include "filter.h"
 #include "groups.h"
-#include "prefetch.h"
+#include "judging.h"
 #include "render.h"
 #include "rollback.h"
 #include "statistics_analyzer.h"
@@ -59,7 +59,7 @@ struct System::Data {
         const CounterList::Entry* ahead = entry + std::min(list->entries.size(), CounterList::kAhead);
         for (; entry != end; ++entry) {
             if (ahead != end)
-                (ahead++)->prefetchCounter();
+                prefetchCounter(*(ahead++)->counter);
             walk.moveTo(entry->spot);
             visit(*entry);
             if (tree.revision() != revision)
@@ -108,14 +108,6 @@ struct System::Data {
             Tree::Spot spot;
             unsigned slot; ///< in its pool
             Counter* counter;
-
-            /// What its reading and judging touch.
-            void prefetchCounter() const
-            {
-                const auto* const begin = reinterpret_cast<const char*>(counter);
-                const auto* const end = reinterpret_cast<const char*>(&counter->limitFormat);
-                prefetch(begin, static_cast<std::size_t>(end - begin));
-            }
         };
         static constexpr std::size_t kAhead =
             40; ///< entries, on the way from memory while others are visited
