@@ -35,12 +35,14 @@ void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
 {
     io.AddKeyEvent(key, down);
 }
-void feedShift(ImGuiIO& io, bool down)
+void feedModifiers(ImGuiIO& io, bool shift, bool control)
 {
 #if IMGUI_VERSION_NUM >= 18900
-    io.AddKeyEvent(ImGuiMod_Shift, down);
+    io.AddKeyEvent(ImGuiMod_Shift, shift);
+    io.AddKeyEvent(ImGuiMod_Ctrl, control);
 #else
-    io.AddKeyEvent(ImGuiKey_ModShift, down);
+    io.AddKeyEvent(ImGuiKey_ModShift, shift);
+    io.AddKeyEvent(ImGuiKey_ModCtrl, control);
 #endif
 }
 #else
@@ -62,9 +64,10 @@ void feedKey(ImGuiIO& io, ImGuiKey key, bool down)
     std::iota(std::begin(io.KeyMap), std::end(io.KeyMap), 0);
     io.KeysDown[key] = down;
 }
-void feedShift(ImGuiIO& io, bool down)
+void feedModifiers(ImGuiIO& io, bool shift, bool control)
 {
-    io.KeyShift = down;
+    io.KeyShift = shift;
+    io.KeyCtrl = control;
 }
 #endif
 
@@ -135,11 +138,11 @@ void Host::wheel(float dx, float dy)
     frames(kSettleFrames);
 }
 
-void Host::pressKey(ImGuiKey key, bool shift)
+void Host::pressKey(ImGuiKey key, bool shift, bool control)
 {
     io().ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
     const auto feed = [&](bool down) {
-        feedShift(io(), shift && down);
+        feedModifiers(io(), shift && down, control && down);
         feedKey(io(), key, down);
     };
     feed(true);

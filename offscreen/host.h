@@ -47,8 +47,8 @@ public:
     void doubleClick(ImVec2 point);
     void drag(ImVec2 from, ImVec2 to);
     void wheel(float dx, float dy); ///< dy > 0 scrolls up
-    /// With or without Shift, and lets it go; turns ImGui's keyboard navigation on.
-    void pressKey(ImGuiKey key, bool shift = false);
+    /// With or without Shift and Control, and lets it go; turns ImGui's keyboard navigation on.
+    void pressKey(ImGuiKey key, bool shift = false, bool control = false);
     /// Presses `key` until it has led to what bears the text; std::runtime_error if it never does.
     void walk(ImGuiKey key, std::string_view text);
     void setFontScale(float scale);

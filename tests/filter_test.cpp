@@ -195,6 +195,16 @@ TEST_F(Filtering, measuresThousandsOfLinesFrameByFrame)
     EXPECT_GT(settled.x, 2100.0f); // the widest line is one of the last
 }
 
+template<typename Reader>
+void setClipboard(const Reader& reader)
+{
+#if IMGUI_VERSION_NUM >= 19110
+    ImGui::GetPlatformIO().Platform_GetClipboardTextFn = reader;
+#else
+    ImGui::GetIO().GetClipboardTextFn = reader;
+#endif
+}
+
 TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
 {
     setOption(&Options::filter, true);
@@ -222,6 +232,13 @@ TEST_F(Filtering, isTypedOnTopOfThePanelAndClearedByButtonOrEscape)
     EXPECT_EQ(system().filter(), "cpu");
     ui.click("Clear");
     EXPECT_EQ(ui.read().lines(), before);
+    begin();
+    ui.pressKey(ImGuiKey_Z, false, true);
+    EXPECT_EQ(system().filter(), "") << "there is nothing to take back";
+    setClipboard([](auto*) -> const char* { return "cpu\xF4\0beyond"; });
+    ui.pressKey(ImGuiKey_V, false, true);
+    EXPECT_EQ(system().filter(), "cpu\uFFFD");
+    ui.click("Clear");
     begin();
     type("cpu");
     ui.pressKey(ImGuiKey_Escape);

@@ -3,6 +3,7 @@
 #include "filter.h"
 
 #include "layout.h"
+#include "text_field.h"
 #include "widgets.h"
 
 #include <imgui.h>

@@ -187,45 +187,6 @@ bool checkBox(const std::string& caption, bool* value)
 
 namespace {
 
-int resizeText(ImGuiInputTextCallbackData* data)
-{
-    if (data->EventFlag != ImGuiInputTextFlags_CallbackResize)
-        return 0;
-    std::string& text = *static_cast<std::string*>(data->UserData);
-    text.resize(static_cast<std::size_t>(data->BufTextLen));
-    data->Buf = text.data();
-    return 0;
-}
-
-} // namespace
-
-std::string editable(const std::string& text)
-{
-    constexpr std::size_t kLongest = 4; // bytes of a character
-    std::vector<ImWchar> characters(text.size() + 1);
-    const int count = ImTextStrFromUtf8(characters.data(), static_cast<int>(characters.size()), text.data(),
-                                        text.data() + text.size());
-    std::string result(static_cast<std::size_t>(count) * kLongest + 1, '\0');
-    const int length = ImTextStrToUtf8(result.data(), static_cast<int>(result.size()), characters.data(),
-                                       characters.data() + count);
-    result.resize(static_cast<std::size_t>(length));
-    return result;
-}
-
-bool textField(const char* id, const char* hint, std::string& text)
-{
-    return ImGui::InputTextWithHint(id, hint, text.data(), text.capacity() + 1,
-                                    ImGuiInputTextFlags_CallbackResize, resizeText, &text);
-}
-
-void leaveTextField(const char* id)
-{
-    if (ImGui::GetActiveID() == ImGui::GetID(id))
-        ImGui::ClearActiveID();
-}
-
-namespace {
-
 bool isPressed(ImGuiKey key)
 {
 #if IMGUI_VERSION_NUM >= 18700
