@@ -1,4 +1,5 @@
 #include "script.h"
+#include "surroundings.h"
 #include "targets.h"
 #include "user.h"
 
@@ -35,7 +36,7 @@ public:
     Host(Script& steps, Script& answers) : m_steps(steps), m_answers(answers)
     {
         System::initialize();
-        m_ui.setScene([] { System::instance()->draw(); });
+        m_ui.setScene([this] { m_surroundings.draw(); });
     }
     ~Host() { System::shutdown(); }
     Host(const Host&) = delete;
@@ -45,13 +46,16 @@ public:
     {
         m_calls = m_depth = 0;
         try {
-            switch (m_steps.byte() % 6) {
+            switch (m_steps.byte() % 8) {
             case 0:
-                return call(m_steps);
             case 1:
-                return System::instance()->update(m_steps.number(), true);
+                return call(m_steps);
             case 2:
+                return System::instance()->update(m_steps.number(), true);
+            case 3:
                 return m_ui.frame();
+            case 4:
+                return m_surroundings.change(m_steps);
             default:
                 return m_user.act();
             }
@@ -273,6 +277,7 @@ private:
     Script& m_answers;
     offscreen::Host m_ui;
     fuzz::User m_user{m_steps, m_ui};
+    fuzz::Surroundings m_surroundings{[] { System::instance()->draw(); }};
     std::size_t m_rows = 0; ///< of the table that was asked last
     int m_depth = 0;
     int m_calls = 0;

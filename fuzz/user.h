@@ -17,11 +17,17 @@ public:
 
     void act()
     {
-        switch (m_steps.byte() % 4) {
+        switch (m_steps.byte() % 8) {
         case 0:
             return dragBorder();
         case 1:
             return pressKey();
+        case 2:
+        case 3:
+            return editFilter();
+        case 4:
+        case 5:
+            return clickText();
         default:
             return moveMouse();
         }
@@ -69,6 +75,46 @@ private:
         m_ui.moveTo(ImVec2(from.x + static_cast<float>(m_steps.byte()) * 12.0f - 1530.0f, from.y));
         if (m_steps.byte() % 2)
             m_ui.release();
+    }
+
+    /// In the field on top of the panel, where there is one.
+    void editFilter()
+    {
+        static const ImGuiKey keys[] = {ImGuiKey_A,          ImGuiKey_C,      ImGuiKey_X,
+                                        ImGuiKey_V,          ImGuiKey_Z,      ImGuiKey_Y,
+                                        ImGuiKey_Home,       ImGuiKey_End,    ImGuiKey_LeftArrow,
+                                        ImGuiKey_RightArrow, ImGuiKey_Delete, ImGuiKey_Backspace};
+        const unsigned choice = m_steps.byte();
+        if (choice % 8 == 0)
+            return clickField();
+        if (choice % 8 == 1)
+            return ImGui::SetClipboardText(m_steps.text().c_str());
+        if (choice % 8 == 2)
+            return ImGui::GetIO().AddInputCharactersUTF8(m_steps.text().c_str());
+        m_ui.pressKey(keys[m_steps.byte() % std::size(keys)], choice > 127, choice % 8 < 6);
+    }
+
+    void clickField()
+    {
+        const ImGuiWindow* window = ImGui::FindWindowByName("Statistics");
+        if (!window)
+            return;
+        const ImVec2 field(window->InnerRect.Min.x + static_cast<float>(m_steps.byte()),
+                           window->DC.CursorStartPos.y + 2.0f);
+        m_steps.byte() % 4 == 0 ? m_ui.doubleClick(field) : m_ui.click(field);
+    }
+
+    /// One of those that the user sees.
+    void clickText()
+    {
+        const std::size_t count = m_ui.read().texts.size();
+        if (count == 0)
+            return;
+        const ImVec2 point = m_ui.read().texts[m_steps.byte() % count].center();
+        const unsigned how = m_steps.byte() % 8;
+        if (how == 0)
+            return m_ui.rightClick(point);
+        how == 1 ? m_ui.doubleClick(point) : m_ui.click(point);
     }
 
     void pressKey()
