@@ -7,6 +7,7 @@
 #include <imgui_internal.h>
 
 #include <iterator>
+#include <string>
 
 namespace fuzz {
 
@@ -90,8 +91,14 @@ private:
         if (choice % 8 == 1)
             return ImGui::SetClipboardText(m_steps.text().c_str());
         if (choice % 8 == 2)
-            return ImGui::GetIO().AddInputCharactersUTF8(m_steps.text().c_str());
+            return type(m_steps.text());
         m_ui.pressKey(keys[m_steps.byte() % std::size(keys)], choice > 127, choice % 8 < 6);
+    }
+
+    static void type(const std::string& text)
+    {
+        for (const char byte : text)
+            ImGui::GetIO().AddInputCharacter(static_cast<unsigned char>(byte));
     }
 
     void clickField()
