@@ -80,6 +80,7 @@ void publishLimitedHand(benchmark::State& state)
 {
     const std::vector<float> sources(static_cast<std::size_t>(state.range(0)), 16.667f);
     std::vector<std::unique_ptr<Counter>> counters;
+    counters.reserve(sources.size());
     for (const float& source : sources)
         counters.push_back(std::make_unique<Counter>(0.0f, 1e6f, bench::getter(source), "", ""));
     std::vector<Judged> published;

@@ -48,13 +48,12 @@ unsigned Render::createLabel(const std::string& text)
 unsigned Render::createCounter(const std::string& name, std::unique_ptr<Counter> counter, float period)
 {
     history.makeRoom(counters.nextIndex());
-    const unsigned id =
-        place(counters, ItemType::Counter, ItemCounter(name, std::move(counter)), counterSchedule, period);
-    if (id == INVALID_ID || !getCounter(id)->hasLimits)
-        return id;
-    Rollback placing([&] { removeItem(id); });
-    printLimits(counters[itemSlot(id)]);
-    placing.done();
+    ItemCounter item(name, std::move(counter));
+    if (item.counter->hasLimits && counters.nextIndex() < kMostSlots)
+        printLimits(item);
+    Rollback printing([this, shown = item.limits] { removeLimits(shown); });
+    const unsigned id = place(counters, ItemType::Counter, std::move(item), counterSchedule, period);
+    printing.done();
     return id;
 }
 
@@ -125,15 +124,19 @@ void Render::printLimits(ItemCounter& item)
     item.limits = printedLimits.emplace(ShownLimits(*item.counter));
 }
 
+void Render::removeLimits(unsigned slot)
+{
+    if (slot != INVALID_ID)
+        printedLimits.erase(slot);
+}
+
 /// A getter that removes its own counter isn't called again, by the sample or judgement that it runs in: what
 /// it reads may be gone with the counter.
 void Render::removeCounter(unsigned slot)
 {
     if (counters.contains(slot)) {
-        const ItemCounter& item = counters[slot];
-        item.counter->hasLimits = false;
-        if (item.limits != INVALID_ID)
-            printedLimits.erase(item.limits);
+        counters[slot].counter->hasLimits = false;
+        removeLimits(counters[slot].limits);
     }
     counters.erase(slot);
 }

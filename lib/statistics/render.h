@@ -124,6 +124,7 @@ private:
     static void reportWrongType();
 
     void printLimits(ItemCounter& item);
+    void removeLimits(unsigned slot);
     void removeCounter(unsigned slot);
     void removeTable(unsigned slot);
     void showValue(unsigned slot, const CounterValue& value);

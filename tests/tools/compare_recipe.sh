@@ -11,9 +11,12 @@ awk '/^```/ { inside = !inside; block += inside && $0 == "```sh"; next }
      inside && block { print >("'"$work"'/step" block) }' "$3"
 cd "$work"
 
+# On one processor: two of a virtual machine may differ in speed by half.
+processor=$(awk '/^Cpus_allowed_list/ { split($2, first, /[,-]/); print first[1] }' /proc/self/status)
+
 # record <folder> [option]...
 record() {
-    env RUN="$1" PROGRAM="$recorder --config config.$1 ${*:2}" bash -e step1 >"$1.log" 2>&1
+    env RUN="$1" PROGRAM="$recorder --config config.$1 ${*:2}" taskset -c "$processor" bash -e step1 >"$1.log" 2>&1
 }
 
 # compare <expected exit status> <base> <new>
