@@ -9,6 +9,7 @@ template<typename Undo>
 class [[nodiscard]] Rollback {
 public:
     explicit Rollback(Undo undo) : m_undo(std::move(undo)) {}
+    // NOLINTNEXTLINE(bugprone-exception-escape): what it undoes is there to be undone
     ~Rollback()
     {
         if (!m_done)
