@@ -45,7 +45,7 @@ void History::makeRoom(unsigned slot)
     const std::uint32_t width = index < m_blocks.size() ? m_blocks[index].width : 0;
     if (!isOn() || needed <= width)
         return;
-    const std::uint32_t spare = std::max(width / 16, slot / 64);
+    const std::uint32_t spare = slot / 64;
     Block wider(std::min(needed + spare, 1u << m_laneBits), m_capacity);
     if (index >= m_blocks.size())
         m_blocks.resize(index + 1);
