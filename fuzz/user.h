@@ -135,8 +135,6 @@ private:
             return m_ui.setFontScale(0.1f + static_cast<float>(choice) * 0.02f);
         if (choice % 16 == 14)
             return ImGui::GetIO().AddInputCharacter(m_steps.byte());
-        if (choice % 16 == 13)
-            return m_ui.pressKey(choice > 127 ? ImGuiKey_Delete : ImGuiKey_Backspace);
         m_ui.pressKey(keys[choice % std::size(keys)]);
     }
 

@@ -59,10 +59,10 @@ private:
 /// Counters stand in blocks, whose samples of one moment lie side by side: counters that are sampled one
 /// after the other fill page after page, where rings of their own would cost a miss each. A block is as wide
 /// as it can be within some megabytes, for each new one is a miss, too. A counter costs 6 bytes besides its
-/// samples. A block has room for the counters in it, and for a 64th more of those before it: where they come
-/// one by one, not each of them moves it, for what hosts allocate next fills the holes that moved blocks
-/// leave, and counters scattered over them cost more than their past. What a removed counter leaves is kept
-/// for the next one in its slot.
+/// samples, and up to twice that while the arrays of cursors and laps grow. A block has room for the counters
+/// in it, and for a 64th more of those before it: where they come one by one, not each of them moves it, for
+/// what hosts allocate next fills the holes that moved blocks leave, and counters scattered over them cost
+/// more than their past. What a removed counter leaves is kept for the next one in its slot.
 ///
 /// Memory is taken when the past is turned on and when a counter comes, never by a sample.
 class History {
