@@ -1,5 +1,6 @@
 // Counters: how often they read the host's value, what their line shows, how the bar is coloured.
 #include "support/counter_panel.h"
+#include "support/test_access.h"
 
 #include <algorithm>
 #include <cmath>
@@ -127,13 +128,15 @@ TEST_F(Counters, mayGetTheirLimitsLateAndLoseThem)
 {
     auto late = std::make_unique<Counter>([] { return 5; });
     Counter& counter = *late;
-    system().createCounter("Late", std::move(late), 0, 0);
+    const unsigned id = system().createCounter("Late", std::move(late), 0, 0);
     EXPECT_EQ(line("Late"), "Late | 5");
     counter.setLimits(1, 9);
     counter.hasLimits = true;
     EXPECT_EQ(line("Late"), "Late | 1 | 5 | 9");
     counter.hasLimits = false;
     EXPECT_EQ(line("Late"), "Late | 5");
+    system().removeItem(id);
+    EXPECT_TRUE(statistics::TestAccess::render().printedLimits.empty());
 }
 
 TEST_F(Counters, mayRemoveThemselvesWhileTheyAreReadAndAreNotReadAgain)

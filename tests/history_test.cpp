@@ -102,6 +102,21 @@ TEST_F(History, thatIsEndlessEndsAtItsBoundAndGoesOnForEver)
     EXPECT_EQ(past(id), Samples{65537});
 }
 
+/// More than stand in one block.
+TEST_F(History, keepsThousandsApart)
+{
+    keep(2);
+    std::vector<unsigned> ids;
+    while (ids.size() < 5000)
+        ids.push_back(addCount(std::to_string(ids.size())));
+    for (int times = 0; times < 3; ++times)
+        sample();
+    for (std::size_t index = 0; index < ids.size(); ++index) {
+        const auto second = static_cast<float>(ids.size() + index + 1);
+        ASSERT_EQ(past(ids[index]), (Samples{second, second + 5000})) << index;
+    }
+}
+
 /// Counters of three periods come and go while the size changes, against one list for each.
 TEST_F(History, keepsEveryCountersOwnSamples)
 {
